@@ -1,0 +1,124 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "core/math/LColor.h"
+#include "core/math/LPoint3.h"
+#include "core/mesh/LIndexCache.h"
+#include "core/subdiv/LSubdivMeshI.h"
+
+namespace VantrelSDK {
+
+class LNode;
+class LThreadGroup;
+
+/// The evaluated surface of one level as flat arrays: positions (object plus delta), face and vertex
+/// normals, adjacency. A stroke marks the vertices and faces that it changes, and CalcChanged brings
+/// just those up to date.
+///
+/// Marking is done by one thread; the evaluation runs on the worker group in joined passes, each
+/// worker with entries of its own. The result does not depend on the number of workers.
+class LDisplayCache {
+  public:
+    /// Both are borrowed and may be null.
+    explicit LDisplayCache(LNode* owner, LThreadGroup* workers = nullptr);
+    virtual ~LDisplayCache() = default;
+
+    /// Binds the cache to the active level of these (borrowed) and sizes it. CalcAll fills it.
+    virtual void Init(LSubdivMeshI* object, LSubdivMeshI* delta);
+    /// Forgets what is marked. When a draw has consumed the dirty box, the box of this step moves to
+    /// place 1 and place 0 starts empty.
+    virtual void Clear(bool);
+    /// Evaluates what is marked: positions, face normals and, with `vertNormals`, vertex normals.
+    virtual void CalcChanged(bool vertNormals);
+    virtual void CalcAll();
+    /// Marks a vertex; nothing outside 0..nverts-1.
+    virtual void SetVertChanged(int v);
+    virtual void SetFaceChanged(int f);
+    virtual void SetColor(int v, const LColor& colour);
+    virtual void SetStencil(int v, float stencil);
+    virtual void InvalidateVoxels() {}
+
+    /// Marks faces and vertices found by one search (no number twice). The cheap way to mark many.
+    void SetChanged(std::span<const int> faces, std::span<const int> verts,
+                    std::span<const int> moreVerts = {});
+    /// Marks what depends on the positions of these vertices: themselves, the faces around them and
+    /// the corners of those.
+    void SetVertsMoved(std::span<const int> verts);
+
+    /// Freezes the vertex normals as they are, for GetPushPullVNormal during a stroke. Costs what
+    /// changed since the last call.
+    void CachePushPullNormas();
+    const LPoint3& GetPushPullVNormal(int v) const { return vnormalsPP_[v]; }
+
+    LNode* owner() const { return owner_; }
+    LSubdivMeshI* object() const { return object_; }
+    LSubdivMeshI* delta() const { return delta_; }
+    int level() const { return level_; }
+    int GetNumVerts() const { return nverts_; }
+    int GetNumFaces() const { return nfaces_; }
+    int vcounter() const { return static_cast<int>(changedVerts_.Items().size()); }
+    int fcounter() const { return static_cast<int>(changedFaces_.Items().size()); }
+    const LPoint3& GetVertex(int v) const { return verts_[v]; }
+    const LPoint3& GetVNormal(int v) const { return vnormals_[v]; }
+    const LPoint3& GetFNormal(int f) const { return fnormals_[f]; }
+    std::span<const LPoint3> verts() const { return verts_; }
+    std::span<const LPoint3> vnormals() const { return vnormals_; }
+    std::span<const LPoint3> fnormals() const { return fnormals_; }
+    const LAdjFaceList* GetAdjFaceList() const { return topology_ ? &topology_->AdjFaces() : nullptr; }
+    const LAdjVertList* GetAdjVertList() const { return topology_ ? &topology_->AdjVerts() : nullptr; }
+    const std::shared_ptr<const LMeshTopology>& Topology() const { return topology_; }
+
+    /// Vertex colours exist after SetUseColor(true), all white.
+    void SetUseColor(bool use);
+    void FillColor(const LColor& colour);
+    void ClearColor() { FillColor(LColor::cWhite); }
+    LColor GetColor(int v) const;
+    float GetStencil(int v) const;
+
+    /// Box 0: what changed since the last Clear; box 1: the step before. False when empty.
+    bool GetDirtyBox(int i, LPoint3& min, LPoint3& max) const;
+    void ClearDirtyBoxes();
+    void SetDirtyBoxDrawn() { dirtyBoxDrawn_ = true; }
+
+  protected:
+    struct DirtyBox {
+        LPoint3 min, max;
+        bool empty = true;
+        void Add(const LPoint3& p);
+        void Add(const DirtyBox& box);
+    };
+
+    /// Calls job(first, last, worker) over 0..count-1, on the workers when there are some.
+    template <class Job>
+    void Run(size_t count, const Job& job);
+    void CalcVerts(std::span<const int> verts);
+    void CalcFaceNormals(std::span<const int> faces);
+    void CalcVertNormals(std::span<const int> verts);
+    LPoint3 FaceNormal(int f) const;
+    LPoint3 VertNormal(int v) const;
+
+    LNode* owner_;
+    LThreadGroup* workers_;
+    LSubdivMeshI* object_ = nullptr;
+    LSubdivMeshI* delta_ = nullptr;
+    int level_ = -1;
+    int nverts_ = 0, nfaces_ = 0;
+    std::shared_ptr<const LMeshTopology> topology_;
+    std::vector<LPoint3> verts_, vnormals_, fnormals_;
+    /// The frozen normals; differ from vnormals_ at most in unfrozen_.
+    std::vector<LPoint3> vnormalsPP_;
+    LIndexCache unfrozen_;
+    LIndexCache changedVerts_, changedFaces_;
+    std::vector<LColor> colors_;
+    std::vector<float> stencils_;
+    DirtyBox dirtyBox_[2];
+    bool dirtyBoxDrawn_ = false;
+    /// One per worker, kept between steps.
+    std::vector<DirtyBox> workerBoxes_;
+    std::vector<std::vector<int>> workerLists_;
+};
+
+}  // namespace VantrelSDK

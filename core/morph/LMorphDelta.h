@@ -1,0 +1,127 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "core/mesh/LIndexCache.h"
+#include "core/mesh/ZeroedArray.h"
+#include "core/subdiv/LSubdivMesh.h"
+
+namespace VantrelSDK {
+
+class LNode;
+
+/// What one stroke changed: the values that its vertices had before it.
+struct UndoData {
+    struct Entry {
+        int vert;
+        LPoint3 value;
+    };
+    std::vector<Entry> undos;
+};
+
+/// The last ten strokes, newest first; an older one falls off the end.
+class UndoStack {
+  public:
+    static constexpr size_t kDepth = 10;
+
+    void Push(UndoData data);
+    /// False when the stack is empty.
+    bool Pop(UndoData& data);
+    void Clear() { records_.clear(); }
+    size_t GetSize() const { return records_.size(); }
+
+  private:
+    std::deque<UndoData> records_;
+};
+
+/// The working delta of a node: an offset from the base shape for each vertex of all levels, in object
+/// space during a sculpt session. The brushes write here.
+///
+/// A stroke pays for the vertices that it touches: before a vertex is first written its value is kept,
+/// and the undo record is made of what was kept.
+///
+/// All levels lie in one array, so a stroke on a lower level writes only its first part. The levels
+/// above follow when the level changes: they take the interpolation of what changed, and where nothing
+/// changed keep their bits.
+class LMorphDelta {
+  public:
+    /// All zero, with the topology of `geom`. `owner` is borrowed and may be null.
+    LMorphDelta(LNode* owner, const LSubdivMesh& geom);
+    virtual ~LMorphDelta() = default;
+
+    LNode* owner() const { return owner_; }
+
+    /// Vertices of the active level, or of `level`.
+    void SetVert(int i, const LPoint3& d) { mesh_->SetVert(i, d); }
+    void OffsetVert(int i, const LPoint3& d) { mesh_->OffsetVert(i, d); }
+    void OffsetVert(int i, const LPoint3& d, int level) { mesh_->OffsetLevelVert(i, d, level); }
+    void ClearVerts() { mesh_->ClearVerts(); }
+    void ClearAllLevelsVerts() { mesh_->ClearAllLevelsVerts(); }
+    LPoint3 MorphVector(int i) const { return mesh_->GetVert(i); }
+    LPoint3 MorphVector(int i, int level) const { return mesh_->GetLevelVert(i, level); }
+    LSubdivMeshI* GetMesh() { return mesh_.get(); }
+    LSubdivMesh* GetOrigMesh() { return mesh_.get(); }
+    const LSubdivMesh* GetOrigMesh() const { return mesh_.get(); }
+    void SetLevelChangedFlag(bool changed) { mesh_->SetLevelChangedFlag(changed); }
+    /// The longest offset of the active level.
+    float GetMaxDelta() const;
+
+    /// Makes room for the kept values of the active level. Costs nothing when it is there.
+    void AllockBack();
+    /// Keeps the value of a vertex of the active level before its first change in a stroke.
+    void DirtyVert(int v);
+    /// DirtyVert in parts, for workers that each have vertices of their own: a worker sets the mark
+    /// of a vertex that has none and keeps its value in Back (both by vertex); Join, called by one
+    /// thread afterwards, takes those that were new. Call AllockBack first.
+    uint8_t* DirtyMarks() { return dirty_.Marks(); }
+    LPoint3* Back() { return back_.data(); }
+    void Join(std::span<const int> kept) { dirty_.Join(kept); }
+    /// The vertices of the stroke so far, each once.
+    std::span<const int> DirtyVerts() const { return dirty_.Items(); }
+    /// Makes the undo record of the stroke (with `full`, one of the whole level before it) and starts
+    /// anew. Returns the number of vertices that the stroke changed.
+    int CacheUndo(bool full);
+    /// Pushes an empty record, which keeps the stacks of several deltas in step.
+    void FakeUndo() { undos_.Push({}); }
+    /// Gives back the values before the newest stroke. False when there is nothing to undo, or the
+    /// record is empty. `restored`, when given, takes the vertices.
+    bool Undo(std::vector<int>* restored = nullptr);
+    void FlushUndo() { undos_.Clear(); }
+    size_t GetNumUndos() const { return undos_.GetSize(); }
+
+    /// Levels. Each of these flushes the undo stack.
+    /// With `keep`, levels above the former active one first follow what was sculpted on it.
+    bool SetActiveSubdivLevel(unsigned level, bool keep);
+    bool SubdivideAll_Loop(bool smooth, bool protectopen);
+    /// Adds the next level of `geom`, sharing its topology, by plain interpolation.
+    bool SubdivideLike(const LSubdivMesh& geom);
+    bool DeleteTopLevelSudiv();
+
+    /// Remembers the active level as the upper levels know it. Nothing at the top unless `force`.
+    void CacheDetails(bool force);
+    /// Carries what changed on the active level since CacheDetails up to the top. False when there was
+    /// nothing to do.
+    bool UpdateFullRes();
+    void UpdateUpperLayers() {
+        UpdateFullRes();
+        CacheDetails(false);
+    }
+    void SetDetailsDirty(bool dirty) { detailsDirty_ = dirty; }
+    bool detailsDirty() const { return detailsDirty_; }
+
+  private:
+    LNode* owner_;
+    std::unique_ptr<LSubdivMesh> mesh_;
+    UndoStack undos_;
+    LIndexCache dirty_;
+    /// Values before the stroke, by vertex; only those of dirty_ hold something.
+    ZeroedArray<LPoint3> back_;
+    /// The active level's values at the last CacheDetails; empty at the top.
+    std::vector<LPoint3> known_;
+    bool detailsDirty_ = true;
+};
+
+}  // namespace VantrelSDK

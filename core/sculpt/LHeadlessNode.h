@@ -1,0 +1,83 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "core/io/PolyMesh.h"
+#include "core/sculpt/LNode.h"
+#include "core/sculpt/LNodeSettings.h"
+
+namespace VantrelSDK {
+
+/// A node without a host: settings are plain values, the geometry comes from a polygon mesh.
+class LHeadlessNode : public LNode {
+  public:
+    using ProgressFactory = std::function<std::unique_ptr<LProgressCallback>()>;
+
+    /// `workers` 0 means one per processor. `progress` may be empty.
+    explicit LHeadlessNode(int workers = 0, ProgressFactory progress = {});
+
+    /// Takes a mesh to sculpt. False, with the reason, when there is nothing to sculpt or a number is
+    /// out of range.
+    bool Load(const PolyMesh& mesh, std::string& error);
+
+    /// What was sculpted, at a level: object plus delta. At level 0 the polygons of `source` (what was
+    /// loaded), above it triangles, with the groups and materials of the polygons that they lie in.
+    /// Levels above the active one have followed. False, with the reason, when a position has left
+    /// the range of numbers.
+    bool GetResult(const PolyMesh& source, int level, PolyMesh& result, std::string& error);
+
+    LNodeSettings& settings() { return settings_; }
+    const LNodeSettings& settings() const { return settings_; }
+    /// Samples the falloff curves anew after a change of the ramps in the settings.
+    void UpdateFalloffs();
+    /// The pen's pressure of the moment, 0 to 1.
+    void SetPenPressure(float pressure) { penPressure_ = pressure; }
+
+    std::unique_ptr<LProgressCallback> getProgressCallbck() override;
+    int getTransformMode(bool modifiers) const override;
+    int getPushPullMode() const override { return settings_.pushPullMode; }
+    float getBrushPaintPressure(bool tablet) const override;
+    bool getDoAccumulate() const override { return settings_.accumulate; }
+    int getSymetryMode() const override { return settings_.symmetry; }
+    bool getSymmetrySnaping() const override { return settings_.doSymmetrySnapping; }
+    float getSymmetrySnapRadius() const override { return settings_.symmetrySnapRadius; }
+    bool useSoftFalloff() const override { return settings_.useFalloff; }
+    bool useSoftFalloff2() const override { return settings_.useFalloff2; }
+    bool useBicubFalloff() const override { return settings_.useRamp; }
+    bool useBicubFalloff2() const override { return settings_.useRamp2; }
+    float getFalloffMin() const override { return settings_.falloffMin; }
+    float getFalloffMax() const override { return settings_.falloffMax; }
+    float getFalloffMin2() const override { return settings_.falloffMin2; }
+    float getFalloffMax2() const override { return settings_.falloffMax2; }
+    int getNumBrushSmoothIterations() const override { return settings_.brushSmoothIterations; }
+    int getNumBrushSharpenIterations() const override { return settings_.brushSharpenIterations; }
+    int getNumSculptSmoothIterations() const override { return settings_.sculptSmoothIterations; }
+    int getNumSculptSharpenIterations() const override {
+        return settings_.sculptSharpenIterations;
+    }
+    int getPatternMode() const override { return settings_.patternMode; }
+    bool getAffectGeometry() const override { return settings_.affectGeometry; }
+    bool getUseRandomPatternRotation() const override { return settings_.randPatternRotation; }
+    bool getUseRandomPatternOffset() const override { return settings_.randPatternOffset; }
+    bool getUseRandomPatternScale() const override { return settings_.randPatternScale; }
+    int getMaxPatternRotation() const override { return settings_.maxPatternRotation; }
+    float getMaxPatternOffset() const override { return settings_.maxPatternOffset; }
+    float getMinPatternScale() const override { return settings_.minPatternScale; }
+    float getMaxPatternScale() const override { return settings_.maxPatternScale; }
+    bool getUseChainPatternStamps() const override { return settings_.useChainPatterns; }
+    bool getDoSmoothGeomSubdivision() const override { return settings_.doSmoothGeomSubdivs; }
+    bool getDoProtectOpenEdgesSmoothing() const override {
+        return settings_.doSmoothProtectOpenEdges;
+    }
+    bool getUseMasks() const override { return settings_.dynMasksOn != 0; }
+    int getActiveMask() const override { return settings_.dynMaskActive; }
+    int getObjSmoothIt() const override { return settings_.objSmIt; }
+
+  private:
+    LNodeSettings settings_;
+    ProgressFactory progress_;
+    float penPressure_ = 1;
+};
+
+}  // namespace VantrelSDK

@@ -1,0 +1,333 @@
+#include "core/sculpt/LNode.h"
+
+#include <algorithm>
+
+#include "core/sculpt/LDynMask.h"
+
+namespace VantrelSDK {
+
+int LNode::prefNumInterpolationSteps = 4;
+bool LNode::prefGlidingTool = true;
+int LNode::prefTreeUpdateOnStrokeEnd = 2;
+
+namespace {
+
+bool shiftPressed = false, ctrlPressed = false;
+
+/// Shows the node's progress display for as long as it lives.
+class Progress {
+  public:
+    explicit Progress(LNode& node) : callback_(node.getProgressCallbck()) {
+        if (callback_) callback_->Show();
+    }
+    ~Progress() {
+        if (callback_) callback_->Hide();
+    }
+    /// False when the user stops the operation.
+    bool Reach(float done) {
+        if (callback_) callback_->SetProgress(done);
+        return !callback_ || !callback_->IsCancelled();
+    }
+
+  private:
+    std::unique_ptr<LProgressCallback> callback_;
+};
+
+}  // namespace
+
+int GetShiftMode(int mode) {
+    if (IsSculptTransformMode(mode)) return 6;
+    return IsPaintTransformMode(mode) ? 12 : mode;
+}
+
+int GetCtrlMode(int mode) {
+    switch (mode) {
+        case 0:
+        case 3: return 2;
+        case 2: return 3;
+        case 5: return 6;
+        case 6: return 5;
+        case 8: return 9;
+        case 9: return 8;
+        case 12: return 13;
+        case 13: return 12;
+        default: return mode;
+    }
+}
+
+bool IsShiftPressed() { return shiftPressed; }
+void SetShiftPressed(bool pressed) { shiftPressed = pressed; }
+bool IsCtrlPressed() { return ctrlPressed; }
+void SetCtrlPressed(bool pressed) { ctrlPressed = pressed; }
+
+LNode::LNode(int workers)
+    : lthGrp_(std::make_unique<LThreadGroup>(workers)),
+      rgen_(std::make_unique<LRandomMother>()),
+      theThDts_(lthGrp_->GetNumWorkers()) {}
+
+LNode::~LNode() = default;
+
+int LNode::Init(std::unique_ptr<LMeshObject> object) {
+    if (!object || object->IsEmpty()) return 1;
+    if (lobject_ && lcurMorph_ && lobject_->GetNumFaces() != object->GetNumFaces() &&
+        lobject_->GetNumVerts() != object->GetNumVerts())
+        return 2;
+    deleteAllLevelTrees();
+    lobject_ = std::move(object);
+    return 0;
+}
+
+void LNode::Reset() {
+    FinishSculpt(false);
+    lcurMorph_.reset();
+    lobject_.reset();
+    lblendCache_.reset();
+}
+
+bool LNode::CreateDelta() {
+    if (!lobject_ || lobject_->IsEmpty()) return false;
+    lcurMorph_ = std::make_unique<LMorphDelta>(this, *lobject_->GetOrigGeom());
+    return true;
+}
+
+bool LNode::InitSculpt() {
+    if (!lobject_ || lobject_->IsEmpty() || !lcurMorph_) return false;
+    Progress progress(*this);
+    lsculpt_ = true;
+    lstroke_ = false;
+    lmode_ = -1;
+    lobject_->Update(nullptr, lcurMorph_->GetOrigMesh(), -1);
+    lcurMorph_->CacheDetails(false);
+    lentryCache_ = std::make_unique<LSubdivMesh>(*lcurMorph_->GetOrigMesh(), false);
+    ++surface_;
+    const bool opened =
+        progress.Reach(0.1f) && OpenLevel([&](float done) { return progress.Reach(0.1f + 0.9f * done); });
+    if (!opened) FinishSculpt(false);
+    return opened;
+}
+
+/// Brings everything that a stroke needs to the active level. False when the user stops it.
+bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
+    // Made now, so that no press has to.
+    lcurMorph_->AllockBack();
+    lsmoothCache_.reset();
+    vertexNormals_.Reset(lobject_->GetNumVerts());
+    lsnapOK_ = false;
+    fillSculptCache();
+    const auto topology = lmeshCache_->Topology();
+    topology->AdjFaces();
+    if (!reach(0.2f)) return false;
+    topology->AdjVerts();
+    if (!reach(0.4f)) return false;
+    setLevelDisplayCache();
+    if (!reach(0.6f)) return false;
+    setLevelOctTree();
+    ActiveCaches().shown = surface_;
+    return reach(1);
+}
+
+void LNode::RestartLevel() {
+    ++surface_;
+    if (!lsculpt_) return;
+    Progress progress(*this);
+    OpenLevel([&](float done) {
+        progress.Reach(done);
+        return true;
+    });
+}
+
+void LNode::FinishSculpt(bool) {
+    lsculpt_ = lstroke_ = false;
+    lmode_ = -1;
+    lentryCache_.reset();
+    if (lobject_) lobject_->ClearWeights();
+    deleteAllLevelTrees();
+    lmeshCache_.reset();
+    lsmoothCache_.reset();
+}
+
+bool LNode::SubdivideAll_Loop() {
+    if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    SetActiveSubdivLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1);
+    if (!lobject_->SubdivideAll_Loop(getDoSmoothGeomSubdivision(),
+                                     getDoProtectOpenEdgesSmoothing()))
+        return false;
+    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
+    lcurMorph_->SubdivideLike(geom);
+    if (lentryCache_) lentryCache_->SubdivideLike(geom, false);
+    RestartLevel();
+    return true;
+}
+
+bool LNode::SetActiveSubdivLevel(unsigned level) {
+    if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    if (static_cast<int>(level) >= lobject_->GetOrigGeom()->GetNumSubivLevels()) return false;
+    lcurMorph_->SetActiveSubdivLevel(level, true);
+    lobject_->SetActiveSubdivLevel(static_cast<int>(level));
+    if (lentryCache_) lentryCache_->SetActiveLevel(level);
+    RestartLevel();
+    return true;
+}
+
+bool LNode::DeleteTopLevelSudiv() {
+    if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    UpdateSubdivLevels();
+    if (!lobject_->DeleteTopLevelSudiv(false)) return false;
+    lcurMorph_->DeleteTopLevelSudiv();
+    if (lentryCache_) lentryCache_->DeleteTopLevel();
+    const size_t levels = lobject_->GetOrigGeom()->GetNumSubivLevels();
+    if (levelCaches_.size() > levels) levelCaches_.resize(levels);
+    RestartLevel();
+    return true;
+}
+
+void LNode::UpdateSubdivLevels() {
+    if (lcurMorph_) lcurMorph_->UpdateUpperLayers();
+}
+
+void LNode::UpdateHidden() {
+    for (LevelCaches& caches : levelCaches_) caches.tree.reset();
+    loctTree_ = nullptr;
+    RestartLevel();
+}
+
+LNode::LevelCaches& LNode::ActiveCaches() {
+    const size_t level = lobject_->GetOrigGeom()->GetActiveLevel();
+    if (levelCaches_.size() <= level) levelCaches_.resize(level + 1);
+    return levelCaches_[level];
+}
+
+void LNode::fillSculptCache() {
+    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
+    const auto topology = geom.GetLevelTopology(geom.GetActiveLevel());
+    if (!lmeshCache_ || lmeshCache_->Topology() != topology)
+        lmeshCache_ = std::make_unique<LMesh>(
+            topology, std::span(geom.GetAllVertsPtr(), topology->GetNumVerts()));
+    const LPoint3 *base = geom.GetAllVertsPtr(),
+                  *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
+    LPoint3* verts = lmeshCache_->GetVertsPtr();
+    for (int v = 0; v < topology->GetNumVerts(); ++v) verts[v] = base[v] + delta[v];
+}
+
+void LNode::updateSculptCache() {
+    const LPoint3 *base = lobject_->GetOrigGeom()->GetAllVertsPtr(),
+                  *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
+    LPoint3* verts = lmeshCache_->GetVertsPtr();
+    for (const int v : lcurMorph_->DirtyVerts()) verts[v] = base[v] + delta[v];
+}
+
+void LNode::setLevelDisplayCache() {
+    LevelCaches& caches = ActiveCaches();
+    if (!caches.display) {
+        caches.display = std::make_unique<LDisplayCache>(this, lthGrp_.get());
+        caches.display->Init(lobject_->GetSubdivGeom(), lcurMorph_->GetMesh());
+        caches.shown = 0;
+    }
+    if (caches.shown != surface_) caches.display->CalcAll();
+    ldisplayCache_ = caches.display.get();
+}
+
+bool LNode::setLevelOctTree() {
+    if (!lmeshCache_) return false;
+    LevelCaches& caches = ActiveCaches();
+    if (!caches.tree)
+        caches.tree = std::make_unique<LOctTree>(lmeshCache_->Topology(), lmeshCache_->GetVertsPtr(),
+                                                 lobject_->HiddenFaces(), lthGrp_.get());
+    loctTree_ = caches.tree.get();
+    // Also after a build: a first refit changes boxes everywhere, which no stroke should have to do.
+    return recalcOctTree();
+}
+
+bool LNode::recalcOctTree() {
+    if (!loctTree_ || !lmeshCache_) return false;
+    loctTree_->Recalc(lmeshCache_->GetVertsPtr());
+    return true;
+}
+
+bool LNode::buildOctTree() {
+    if (!loctTree_ || !lmeshCache_) return false;
+    loctTree_->Rebuild(lmeshCache_->GetVertsPtr(), lobject_->HiddenFaces());
+    return recalcOctTree();
+}
+
+void LNode::deleteAllLevelTrees() {
+    levelCaches_.clear();
+    loctTree_ = nullptr;
+    ldisplayCache_ = nullptr;
+}
+
+LSmoothCache& LNode::lsmoothCache() {
+    if (!lsmoothCache_)
+        lsmoothCache_ =
+            std::make_unique<LSmoothCache>(lmeshCache_->GetNumVerts(), lmeshCache_->Faces());
+    return *lsmoothCache_;
+}
+
+const LFalloffCache* LNode::PaintCurve() {
+    if (useBicubFalloff2()) return lfalloff2_.get();
+    linearFalloff2_.Set(getFalloffMin2(), getFalloffMax2());
+    return &linearFalloff2_;
+}
+
+const LDynMask* LNode::GetMask() const {
+    const int active = getActiveMask();
+    if (!getUseMasks() || active < 0 || active >= static_cast<int>(ldynmasks_.size()))
+        return nullptr;
+    return ldynmasks_[active];
+}
+
+LPoint3 LNode::MirrorPosition(const LPoint3& p) {
+    const int axis = SymmetryAxis(getSymetryMode());
+    if (axis < 0) return p;
+    LPoint3 mirror = Mirrored(p, axis), snapped;
+    return getSymmetrySnaping() && findSnapPoint(mirror, snapped) ? snapped : mirror;
+}
+
+bool LNode::findSnapPoint(const LPoint3& p, LPoint3& out) {
+    if (p == lsymmC_) {
+        if (lsnapOK_) out = lsnapC_;
+        return lsnapOK_;
+    }
+    lsymmC_ = p;
+    LOctTree::ClosestHit hit;
+    lsnapOK_ = loctTree_ && loctTree_->FindClosetPoint(p, getSymmetrySnapRadius(), hit);
+    if (lsnapOK_) out = lsnapC_ = hit.point;
+    return lsnapOK_;
+}
+
+bool LNode::findFaces(const LOctTree::Sphere& sphere, TreeHits& hits) {
+    if (!loctTree_) return false;
+    const LOctTree::Sphere both[2] = {sphere, {MirrorPosition(sphere.centre), sphere.radius}};
+    return loctTree_->FindFaces(std::span(both, NumSides()), hits);
+}
+
+bool LNode::findVerts(const LOctTree::Sphere& sphere, TreeHits& hits) {
+    if (!loctTree_) return false;
+    const LOctTree::Sphere both[2] = {sphere, {MirrorPosition(sphere.centre), sphere.radius}};
+    return loctTree_->FindVerts(std::span(both, NumSides()), hits);
+}
+
+bool LNode::findFaces(const LOctTree::Line& line, TreeHits& hits) {
+    if (!loctTree_) return false;
+    LOctTree::Line both[2] = {line, line};
+    both[1].bounds.centre = MirrorPosition(line.bounds.centre);
+    both[1].p0 = MirrorPosition(line.p0);
+    both[1].p1 = MirrorPosition(line.p1);
+    return loctTree_->FindFaces(std::span(both, NumSides()), hits);
+}
+
+bool LNode::findFaces(const LOctTree::Sweep& sweep, TreeHits& hits) {
+    if (!loctTree_) return false;
+    LOctTree::Sweep both[2] = {sweep, sweep};
+    both[1].bounds.centre = MirrorPosition(sweep.bounds.centre);
+    both[1].p0 = MirrorPosition(sweep.p0);
+    both[1].p1 = MirrorPosition(sweep.p1);
+    both[1].prev = MirrorPosition(sweep.prev);
+    // Snapping can bring both ends of a mirrored segment together: then it sweeps nothing.
+    const bool swept = !(both[1].p0 == both[1].p1);
+    return loctTree_->FindFaces(std::span(both, swept ? NumSides() : 1), hits);
+}
+
+size_t LNode::NumSides() const { return SymmetryAxis(getSymetryMode()) < 0 ? 1 : 2; }
+
+}  // namespace VantrelSDK

@@ -1,0 +1,198 @@
+#include <cmath>
+
+#include "core/sculpt/BrushMode.h"
+#include "core/sculpt/LNode.h"
+#include "core/sculpt/StrokeStep.h"
+
+namespace VantrelSDK {
+
+bool LNode::InitTransform(const LPoint3& pos, const LPoint3& dir, const LPoint3& orth,
+                          const LPoint3& normal, const LPoint2& screen, float radius, int mode,
+                          bool force) {
+    lmode_ = -1;
+    if (!lobject_ || !lcurMorph_) return false;
+    lcurMorph_->SetDetailsDirty(true);
+    lstroke_ = true;
+    lsnapOK_ = false;
+    // Not a position that a stroke could ask for.
+    lsymmC_ = LPoint3(NAN, NAN, NAN);
+    ltrans_.fill(pos);
+    lscreen_.fill(screen);
+    ldir_ = dir;
+    lorth_ = orth;
+    laxial_ = dir ^ orth;
+    lnormal_ = normal;
+    lnormHist_.fill(LPoint3::Zero);
+    lradius_ = radius;
+    lmode_ = mode;
+    stampChainStarted_ = false;
+    firststep_ = true;
+    touched_ = 0;
+    if (getAffectGeometry()) lcurMorph_->AllockBack();
+    dragged_.clear();
+    preparedMode_ = -1;
+    Prepare(getTransformMode(true), true, force);
+    return true;
+}
+
+void LNode::Prepare(int mode, bool atPress, bool force) {
+    preparedMode_ = mode;
+    const BrushMode* brush = FindBrushMode(mode);
+    if (!brush || !loctTree_ || !ldisplayCache_) return;
+    StrokeStep step = MakeStep(mode);
+    brush->prepare(step, atPress, force);
+}
+
+StrokeStep LNode::MakeStep(int mode) {
+    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
+    const bool useSelected = luseSelected_ && lobject_->HasVertsSelected();
+    return {.node = *this,
+            .mode = mode,
+            .affectGeometry = getAffectGeometry(),
+            .axis = SymmetryAxis(getSymetryMode()),
+            .pushPullMode = getPushPullMode(),
+            .pressure = getBrushPaintPressure(true),
+            .pattern = GetActivePattern(),
+            .mask = GetMask(),
+            .stencil = nullptr,
+            .selected = useSelected ? lobject_->SelectedVerts().data() : nullptr,
+            .base = geom.GetAllVertsPtr(),
+            .delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr(),
+            .start = lmeshCache_->GetVertsPtr(),
+            .hits = hits_};
+}
+
+bool LNode::Transform(const LPoint3& pos, const LPoint2& screen, const LPoint3& normal) {
+    if (!HasStroke() || ltrans_[2] == pos) return false;
+    // The new normal counts twice among the five.
+    lnormHist_ = {normal, normal, lnormHist_[0], lnormHist_[1], lnormHist_[2]};
+    lnormal_ = LPoint3::Zero;
+    for (const LPoint3& n : lnormHist_) lnormal_ += n;
+    lnormal_.Normalize();
+    ltrans_[3] = ltrans_[1];
+    ltrans_[1] = ltrans_[2];
+    ltrans_[2] = pos;
+    lscreen_[1] = lscreen_[2];
+    lscreen_[2] = screen;
+
+    const int mode = getTransformMode(true);
+    const BrushMode* brush = FindBrushMode(mode);
+    float savedRadius = -1;
+    // A stamp along the stroke may not be due yet.
+    const bool stamps = IsPaintTransformMode(mode) && GetActivePattern() && getPatternMode() == 0;
+    if (brush && loctTree_ && ldisplayCache_ && (!stamps || adjustBrushPattern(savedRadius))) {
+        if (mode != preparedMode_) Prepare(mode, false, false);
+        StrokeStep step = MakeStep(mode);
+        if (brush->step(step)) {
+            lcurMorph_->SetLevelChangedFlag(true);
+            ldisplayCache_->CalcChanged(true);
+        }
+    }
+    if (savedRadius != -1) lradius_ = savedRadius;
+    firststep_ = false;
+    return true;
+}
+
+void LNode::FinishTransform(bool clearWeights) {
+    if (!lstroke_) return;
+    lstroke_ = false;
+    lmode_ = -1;
+    stampChainStarted_ = false;
+    if (!lobject_ || !lcurMorph_) return;
+    if (clearWeights) lobject_->ClearWeights();
+    if (ldisplayCache_) {
+        ldisplayCache_->CachePushPullNormas();
+        ldisplayCache_->ClearDirtyBoxes();
+    }
+    if (!getAffectGeometry()) {
+        lcurMorph_->FakeUndo();
+        return;
+    }
+    if (lmeshCache_) {
+        updateSculptCache();
+        SurfaceChanged(lcurMorph_->DirtyVerts());
+    }
+    touched_ = lcurMorph_->CacheUndo(false);
+}
+
+/// Lets the tree follow these vertices of lmeshCache.
+void LNode::SurfaceChanged(std::span<const int> verts) {
+    if (!lsculpt_ || verts.empty()) return;
+    ActiveCaches().shown = ++surface_;
+    if (!prefGlidingTool || !loctTree_) return;
+    if (prefTreeUpdateOnStrokeEnd == 3)
+        buildOctTree();
+    else
+        loctTree_->Recalc(lmeshCache_->GetVertsPtr(), verts);
+}
+
+bool LNode::UndoStroke() {
+    if (!lcurMorph_ || lstroke_) return false;
+    std::vector<int> restored;
+    if (!lcurMorph_->Undo(&restored)) return false;
+    lcurMorph_->SetDetailsDirty(true);
+    if (!lsculpt_) return true;
+    const LPoint3 *base = lobject_->GetOrigGeom()->GetAllVertsPtr(),
+                  *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
+    LPoint3* verts = lmeshCache_->GetVertsPtr();
+    for (const int v : restored) verts[v] = base[v] + delta[v];
+    ldisplayCache_->Clear(false);
+    ldisplayCache_->SetVertsMoved(restored);
+    ldisplayCache_->CalcChanged(true);
+    ldisplayCache_->CachePushPullNormas();
+    SurfaceChanged(restored);
+    return true;
+}
+
+float LNode::calcWeight(int, const LPoint3& p, const LPoint3& c) {
+    return BrushWeights(*this, BrushWeights::Set::kSculpt, c, GetActivePattern())(p);
+}
+
+float LNode::calcWeight2(int, const LPoint3& p, const LPoint3& c) {
+    return BrushWeights(*this, BrushWeights::Set::kPaint, c, GetActivePattern())(p);
+}
+
+float LNode::calcWeight2tex(const LPoint3& p, const LPoint3& c) {
+    return BrushWeights(*this, BrushWeights::Set::kPaint, c, nullptr)(p);
+}
+
+bool LNode::adjustBrushPattern(float& savedRadius) {
+    if (getUseChainPatternStamps()) {
+        if (!stampChainStarted_) {
+            stampChainStarted_ = true;
+            stampPos_ = ltrans_[2];
+            return false;
+        }
+        if ((ltrans_[2] - stampPos_).Len() < 2 * lradius_) return false;
+        laxial_ = Normalized(ltrans_[2] - (stampPos_ + laxial_ * lradius_));
+        stampPos_ = ltrans_[2];
+        lorth_ = Normalized(lnormal_ ^ laxial_);
+        return true;
+    }
+    const LPoint3 along = ltrans_[2] - ltrans_[1];
+    if (along == LPoint3::Zero) return false;
+    laxial_ = Normalized(along);
+    lorth_ = Normalized(lnormal_ ^ laxial_);
+    if (getUseRandomPatternScale()) {
+        savedRadius = lradius_;
+        lradius_ *= static_cast<float>(
+            rgen_->RandDouble(getMinPatternScale(), getMaxPatternScale()));
+    }
+    if (getUseRandomPatternRotation()) {
+        const float r = getMaxPatternRotation() / 180.0f;
+        const float angle = static_cast<float>(rgen_->RandDouble(-r, r)) * 3.1415927f;
+        LMatrix3 turn;
+        turn.SetRotation(ldir_, angle);
+        lorth_ = turn.TransfromVector(lorth_);
+        laxial_ = turn.TransfromVector(laxial_);
+    }
+    if (getUseRandomPatternOffset()) {
+        const float m = getMaxPatternOffset();
+        const float x = static_cast<float>(rgen_->RandDouble(-m, m));
+        const float y = static_cast<float>(rgen_->RandDouble(-m, m));
+        ltrans_[2] += (lorth_ * x + laxial_ * y) * lradius_;
+    }
+    return true;
+}
+
+}  // namespace VantrelSDK

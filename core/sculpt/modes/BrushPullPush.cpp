@@ -1,0 +1,64 @@
+#include "core/sculpt/modes/Modes.h"
+#include "core/sculpt/StrokeStep.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+/// The normals at the press guide the whole stroke.
+void Prepare(StrokeStep& step, bool atPress, bool) {
+    if (!atPress) return;
+    step.node.lobject()->ClearWeights();
+    if (step.affectGeometry) step.node.ldisplayCache()->CachePushPullNormas();
+}
+
+/// The one normal of a step in push-pull mode 2. A symmetric brush takes it from its direct side.
+LPoint3 CommonNormal(const StrokeStep& step) {
+    LNode& node = step.node;
+    const LDisplayCache& display = *node.ldisplayCache();
+    const float radius2 = node.lradius() * node.lradius();
+    const LPoint3 centre = node.ltrans(2);
+    return Normalized(step.Sum(step.hits.verts, [&](int v) {
+        if (step.IsSymmetric() && !((step.start[v] - centre).LenSq() < radius2))
+            return LPoint3::Zero;
+        return display.GetPushPullVNormal(v);
+    }));
+}
+
+/// Raises (sign 1) or lowers (sign -1). The weight that a vertex holds is the most that the stroke has
+/// given it: without accumulation a brush that passes again adds nothing.
+template <int kSign>
+bool Step(StrokeStep& step) {
+    LNode& node = step.node;
+    const bool accumulate = node.getDoAccumulate();
+    SearchStep(step, {.accumulate = accumulate && !node.firststep()});
+    if (!step.affectGeometry) return false;
+    const float strength = step.pressure * node.loctTree()->GetExtent().Len() * 0.5f * kSign;
+    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);
+    const LDisplayCache& display = *node.ldisplayCache();
+    const LPoint3 centre = node.ltrans(2), mirror = node.MirrorPosition(centre);
+    const LPoint3 common = step.pushPullMode == 2 ? CommonNormal(step) : -node.ldir();
+    const LPoint3 mirrorCommon = Mirrored(common, step.axis);
+
+    const auto direction = [&](int v) {
+        if (step.pushPullMode == 1) return display.GetPushPullVNormal(v);
+        const bool mirrored =
+            step.pushPullMode == 2 && step.IsSymmetric() &&
+            (step.start[v] - mirror).LenSq() <= (step.start[v] - centre).LenSq();
+        return mirrored ? mirrorCommon : common;
+    };
+    return step.ForFound(brush, step.start, [&](int v, float w, theThData& record) {
+        if (!(w > 0)) return;
+        const float rise = accumulate ? w / 2 : w - record.GetWeight(v);
+        if (!(rise > 0)) return;
+        record.SetWeight(v, w);
+        record.OffsetVert(v, direction(v) * (strength * rise));
+    });
+}
+
+}  // namespace
+
+const BrushMode kBrushPullMode{"Brush Pull", Prepare, Step<1>};
+const BrushMode kBrushPushMode{"Brush Push", Prepare, Step<-1>};
+
+}  // namespace VantrelSDK

@@ -1,0 +1,80 @@
+#include "core/sculpt/modes/Modes.h"
+#include "core/sculpt/StrokeStep.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+/// A plane and its mirror image.
+struct Planes {
+    LPoint3 centre[2], normal[2];
+
+    /// Which of the two serves a position: the nearer one.
+    int Side(const StrokeStep& step, const LPoint3& p) const {
+        return step.IsSymmetric() && (p - centre[1]).LenSq() <= (p - centre[0]).LenSq();
+    }
+};
+
+/// Planes through `centre` with the mean normals of the listed vertices on each side; a side without
+/// vertices keeps its normal.
+void TakeMeanNormals(const StrokeStep& step, Planes& planes) {
+    const LDisplayCache& display = *step.node.ldisplayCache();
+    for (int side = 0; side < 2; ++side) {
+        const LPoint3 sum = step.Sum(step.hits.verts, [&](int v) {
+            return planes.Side(step, display.GetVertex(v)) == side ? display.GetVNormal(v)
+                                                                    : LPoint3::Zero;
+        });
+        if (!(sum == LPoint3::Zero)) planes.normal[side] = Normalized(sum);
+    }
+}
+
+Planes PlanesAt(StrokeStep& step, const LPoint3& centre, const LPoint3& normal) {
+    return {{centre, step.node.MirrorPosition(centre)}, {normal, Mirrored(normal, step.axis)}};
+}
+
+/// Without accumulation one plane serves the whole stroke.
+void Prepare(StrokeStep& step, bool atPress, bool) {
+    LNode& node = step.node;
+    if (atPress) node.lobject()->ClearWeights();
+    const bool accumulate = node.getDoAccumulate();
+    const bool useNormal = !accumulate && step.pushPullMode == 1;
+    Planes planes = PlanesAt(step, node.ltrans(0), useNormal ? node.lnormal() : node.ldir());
+    if (!accumulate && step.pushPullMode == 2) {
+        step.hits.Clear();
+        node.findVerts(LOctTree::Sphere{node.ltrans(0), node.lradius()}, step.hits);
+        TakeMeanNormals(step, planes);
+    }
+    for (int side = 0; side < 2; ++side) {
+        node._lflattenc(side) = planes.centre[side];
+        node._lflattend(side) = planes.normal[side];
+    }
+}
+
+/// Moves each vertex a part of its way to the plane, never across it. With accumulation the plane
+/// follows the stroke.
+bool Step(StrokeStep& step) {
+    LNode& node = step.node;
+    SearchStep(step, {.centre = 1, .accumulate = !node.firststep()});
+    if (!step.affectGeometry) return false;
+    Planes planes{{node.lflattenc(0), node.lflattenc(1)}, {node.lflattend(0), node.lflattend(1)}};
+    if (node.getDoAccumulate()) {
+        planes = PlanesAt(step, node.ltrans(1),
+                          step.pushPullMode == 1 ? node.lnormal() : node.ldir());
+        if (step.pushPullMode == 2) TakeMeanNormals(step, planes);
+    }
+    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const LPoint3* positions = node.ldisplayCache()->verts().data();
+    return step.ForFound(brush, positions, [&](int v, float w, theThData& record) {
+        if (!(w > 0)) return;
+        const LPoint3& p = positions[v];
+        const int side = planes.Side(step, p);
+        const float distance = -((p - planes.centre[side]) % planes.normal[side]);
+        record.OffsetVert(v, planes.normal[side] * (distance * std::min(1.0f, w * step.pressure)));
+    });
+}
+
+}  // namespace
+
+const BrushMode kFlattenMode{"Flatten", Prepare, Step};
+
+}  // namespace VantrelSDK

@@ -1,0 +1,72 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <numeric>
+
+#include "core/sculpt/LThreadGroup.h"
+
+using namespace VantrelSDK;
+
+TEST(ThreadGroup, SlicesCoverTheListOnceInOrder) {
+    for (const int workers : {1, 2, 3, 4, 7, 8})
+        for (const int count : {0, 1, 2, 3, 7, 8, 9, 100, 1001}) {
+            int next = 0;
+            for (int k = 0; k < workers; ++k) {
+                const auto [first, last] = LThreadGroup::Slice(count, workers, k);
+                if (first == last) {
+                    EXPECT_EQ(first, 0);
+                    continue;
+                }
+                EXPECT_EQ(first, next);
+                EXPECT_LE(last - first, count / workers + 1);
+                next = last;
+            }
+            EXPECT_EQ(next, count);
+        }
+}
+
+TEST(ThreadGroup, SlicesHugeCounts) {
+    const auto [first, last] = LThreadGroup::Slice(2147483647, 8, 7);
+    EXPECT_EQ(last, 2147483647);
+    EXPECT_GT(first, 0);
+}
+
+TEST(ThreadGroup, EachItemIsDoneOnceAndSeenAfterwards) {
+    for (const int workers : {1, 2, 8}) {
+        LThreadGroup group(workers);
+        std::vector<int> done(5000);
+        for (int round = 0; round < 300; ++round)
+            group.ForSlices(static_cast<int>(done.size()), 16, [&](int first, int last, int) {
+                for (int i = first; i < last; ++i) ++done[i];
+            });
+        EXPECT_EQ(std::count(done.begin(), done.end(), 300), 5000);
+    }
+}
+
+TEST(ThreadGroup, JobsRunByHand) {
+    LThreadGroup group(3);
+    group.WaitToFinish(-1);  // returns at once: nothing runs yet
+    std::atomic<int> sum = 0;
+    const auto add = [](void* arg) -> void* {
+        ++*static_cast<std::atomic<int>*>(arg);
+        return nullptr;
+    };
+    for (int k = 0; k < 3; ++k) EXPECT_TRUE(group.Start(k, add, &sum));
+    group.WaitToFinish(-1);
+    EXPECT_EQ(sum, 3);
+    EXPECT_FALSE(group.Start(3, add, &sum));
+    EXPECT_FALSE(group.Start(-1, add, &sum));
+    EXPECT_TRUE(group.Start(1, nullptr, nullptr));  // the job of before
+    group.WaitToFinish(-1);
+    EXPECT_EQ(sum, 4);
+}
+
+TEST(Event, StaysSetUntilReset) {
+    LEvent event(true);
+    event.Wait();
+    event.Wait();
+    event.Reset();
+    std::thread setter([&] { event.Set(); });
+    event.Wait();
+    setter.join();
+}
