@@ -1,0 +1,30 @@
+#pragma once
+
+#include <span>
+
+#include "core/mesh/LIndexRows.h"
+#include "core/subdiv/LQuadMesh.h"
+
+namespace VantrelSDK {
+
+/// Which quads touch each vertex. Immutable; any number of threads may read it. Empty without
+/// memory.
+class LAdjQuadList {
+  public:
+    LAdjQuadList() = default;
+    /// A corner out of range is left out. With `dedupe`, of several quads at a vertex that are made
+    /// of the same corners in whatever order, only the lowest is listed; corners are the same when
+    /// their numbers or their positions are equal.
+    explicit LAdjQuadList(const LQuadMesh& mesh, bool dedupe = false);
+
+    /// The numbers of the quads around v, each once, ascending; none for a vertex out of range.
+    std::span<const int> GetAdjQuadsForVert(int v) const { return rows_.Row(v); }
+    int nverts() const { return rows_.NumRows(); }
+    int nquads() const { return nquads_; }
+
+  private:
+    LIndexRows rows_;
+    int nquads_ = 0;
+};
+
+}  // namespace VantrelSDK
