@@ -45,12 +45,9 @@ void LDisplayCache::Init(LSubdivMeshI* object, LSubdivMeshI* delta) {
     vnormalsPP_.resize(nverts_);
     fnormals_.resize(nfaces_);
     if (!colors_.empty()) colors_.assign(nverts_, LColor::cWhite);
-    changedVerts_.Clear();
-    changedFaces_.Clear();
-    unfrozen_.Clear();
-    changedVerts_.Reserve(nverts_);
-    changedFaces_.Reserve(nfaces_);
-    unfrozen_.Reserve(nverts_);
+    changedVerts_.Reset(nverts_);
+    changedFaces_.Reset(nfaces_);
+    unfrozen_.Reset(nverts_);
     ClearDirtyBoxes();
 }
 
@@ -74,9 +71,9 @@ void LDisplayCache::SetFaceChanged(int f) {
 
 void LDisplayCache::SetChanged(std::span<const int> faces, std::span<const int> verts,
                                std::span<const int> moreVerts) {
-    changedFaces_.AddUnique(faces);
-    changedVerts_.AddUnique(verts);
-    changedVerts_.AddUnique(moreVerts);
+    for (const int f : faces) changedFaces_.Add(f);
+    for (const int v : verts) changedVerts_.Add(v);
+    for (const int v : moreVerts) changedVerts_.Add(v);
 }
 
 void LDisplayCache::SetVertsMoved(std::span<const int> verts) {
@@ -144,7 +141,9 @@ void LDisplayCache::CalcVertNormals(std::span<const int> verts) {
         std::vector<int>& list = workerLists_[worker];
         for (int i = first; i < last; ++i) {
             vnormals_[verts[i]] = VertNormal(verts[i]);
-            if (unfrozen_.Mark(verts[i])) list.push_back(verts[i]);
+            if (unfrozen_.Marks()[verts[i]]) continue;
+            unfrozen_.Marks()[verts[i]] = 1;
+            list.push_back(verts[i]);
         }
     });
     for (const std::vector<int>& list : workerLists_) unfrozen_.Join(list);

@@ -32,8 +32,9 @@ float LMorphDelta::GetMaxDelta() const {
 
 void LMorphDelta::AllockBack() {
     const size_t count = mesh_->GetNumVerts();
-    if (back_.size() != count) back_.Reset(count);
-    dirty_.Reserve(count);
+    if (back_.size() == count) return;
+    back_.Reset(count);
+    dirty_.Reset(static_cast<int>(count));
 }
 
 void LMorphDelta::DirtyVert(int v) {

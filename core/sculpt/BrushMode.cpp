@@ -1,5 +1,7 @@
 #include "core/sculpt/BrushMode.h"
 
+#include <iterator>
+
 #include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {

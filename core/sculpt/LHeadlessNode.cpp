@@ -135,7 +135,7 @@ int LHeadlessNode::getTransformMode(bool modifiers) const {
 }
 
 float LHeadlessNode::getBrushPaintPressure(bool tablet) const {
-    const float multiplier = settings_.paintPressMult.Get(getTransformMode(false));
+    const float multiplier = settings_.paintPressMult[getTransformMode(false)];
     return multiplier * (tablet ? penPressure_ : 1.0f) * 0.1f;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/sculpt/BrushWeights.h"
 #include "core/sculpt/LDynMask.h"
 
 namespace VantrelSDK {
@@ -279,7 +280,8 @@ const LDynMask* LNode::GetMask() const {
 LPoint3 LNode::MirrorPosition(const LPoint3& p) {
     const int axis = SymmetryAxis(getSymetryMode());
     if (axis < 0) return p;
-    LPoint3 mirror = Mirrored(p, axis), snapped;
+    const LPoint3 mirror = Mirrored(p, axis);
+    LPoint3 snapped;
     return getSymmetrySnaping() && findSnapPoint(mirror, snapped) ? snapped : mirror;
 }
 

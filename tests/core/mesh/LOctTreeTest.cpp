@@ -21,7 +21,7 @@ using Sphere = LOctTree::Sphere;
 /// A mesh to search, in random positions and sizes.
 LMesh RandomMesh(std::mt19937& random, int kind) {
     LMesh mesh = Triangulate(kind == 0   ? shapes::Grid(40, 30)
-                             : kind == 1 ? shapes::Icosphere(4)
+                             : kind == 1 ? shapes::Sphere(4)
                                          : shapes::Torus(50, 20));
     if (kind == 2) {
         std::normal_distribution<float> noise(0, 0.05f);
@@ -267,7 +267,7 @@ TEST(OctTree, RaysHitWhatBruteForceHits) {
 }
 
 TEST(OctTree, RaysFromBehindHitOnlyWhenAskedTo) {
-    const LOctTree tree(Triangulate(shapes::Icosphere(2)));
+    const LOctTree tree(Triangulate(shapes::Sphere(2)));
     LOctTree::RayHit hit;
     EXPECT_FALSE(tree.TraceRay({0, 0, 0}, {1, 0.1f, 0.2f}, hit));
     LOctTree::SetIgnoreBackFacePref(false);
@@ -336,14 +336,14 @@ RC_GTEST_PROP(OctTree, APartialRefitGivesTheBoxesOfAWholeOne, ()) {
 }
 
 TEST(OctTree, AFewFacesMakeOneLeafWithTheMeshesBox) {
-    const LMesh mesh = Triangulate(shapes::Grid(5, 5));  // 50 triangles in the plane y = 0
+    const LMesh mesh = Triangulate(shapes::Grid(5, 5));  // 50 triangles in the plane z = 0
     const LOctTree tree(mesh);
     LPoint3 min, max, low, high;
     ASSERT_TRUE(mesh.CalcBBox(low, high));
     ASSERT_TRUE(tree.GetBBox(min, max));
     EXPECT_EQ(min.x, low.x);
-    EXPECT_EQ(max.z, high.z);
-    EXPECT_NEAR(max.y - min.y, 0.002f, 1e-6f);
+    EXPECT_EQ(max.y, high.y);
+    EXPECT_NEAR(max.z - min.z, 0.002f, 1e-6f);
 }
 
 TEST(OctTree, EmptyHiddenAndDegenerateMeshes) {

@@ -1,0 +1,59 @@
+#include <CLI/CLI.hpp>
+
+#include "app/cli/Commands.h"
+
+namespace kelmo {
+
+int Main(int argc, const char* const* argv) {
+    CLI::App app{"Kelmo sculpts polygon meshes."};
+    app.name("kelmo");
+    app.footer(
+        "Without a subcommand kelmo plays the sample strokes on the sample head into kelmo-out/.\n"
+        "Exit codes: 0 done, 1 failed (what, where and what to do is on standard error), 2 wrong "
+        "usage.");
+    app.require_subcommand(0, 1);
+
+    InfoOptions info;
+    CLI::App* infoCommand = app.add_subcommand("info", "Tell what is in a mesh.");
+    infoCommand->add_option("FILE", info.file, "an OBJ file")->required();
+    infoCommand->add_flag("--json", info.json, "print JSON");
+    infoCommand->footer(
+        "Prints vertices, polygons by their number of corners, triangles, UV sets, bounds, open and\n"
+        "non-manifold edges, levels and targets.");
+
+    ReplayOptions replay;
+    CLI::App* replayCommand =
+        app.add_subcommand("replay", "Play a stroke log on a mesh and write the sculpted mesh.");
+    replayCommand->add_option("LOG", replay.log, "a stroke log (JSON Lines, see docs/formats.md)")
+        ->required();
+    replayCommand->add_option("--mesh", replay.mesh, "the OBJ file to sculpt")->required();
+    replayCommand->add_option("--out", replay.out, "the OBJ file to write")->required();
+    replayCommand
+        ->add_option("--level", replay.level,
+                     "the subdivision level to write (default: the one active at the end)")
+        ->check(CLI::NonNegativeNumber);
+    replayCommand
+        ->add_option("--threads", replay.threads, "workers (default: one per processor)")
+        ->check(CLI::Range(1, 256));
+    replayCommand->add_option("--stats", replay.stats, "write timings to this file, as JSON");
+    replayCommand
+        ->add_option("--repeat", replay.repeat, "play the log so many times, for timings")
+        ->check(CLI::Range(1, 100000))
+        ->capture_default_str();
+    replayCommand->footer(
+        "The result is the same, bit for bit, with any number of workers. At level 0 OUT has the\n"
+        "polygons of the mesh, above it triangles. OUT is renamed into place when it is complete: a\n"
+        "failed run leaves an old file as it was.");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? 0 : 2;
+    }
+    StopOnInterrupt();
+    if (infoCommand->parsed()) return RunInfo(info);
+    if (replayCommand->parsed()) return RunReplay(replay);
+    return RunSample();
+}
+
+}  // namespace kelmo
