@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <new>
+#include <span>
+#include <vector>
+
+#include "core/mesh/ZeroedArray.h"
+
+namespace VantrelSDK {
+
+/// A set of numbers from 0 up, such as the vertices that a stroke has touched: a mark for each
+/// number that there could be and a list of those that are in. Adding and asking cost a look at the
+/// mark, clearing and walking cost what is in it. Not to be changed by two threads at a time.
+class LIndexCache {
+  public:
+    struct Node {
+        int index;
+    };
+    /// What Traverse calls.
+    class NodeCallback {
+      public:
+        virtual ~NodeCallback() = default;
+        virtual void proc(Node* node) = 0;
+    };
+
+    /// Numbers below `universe` need no growth of the marks; larger ones are welcome.
+    explicit LIndexCache(int universe = 0) { marks_.Reset(universe > 0 ? universe : 0); }
+    LIndexCache(const LIndexCache&) = delete;
+    LIndexCache& operator=(const LIndexCache&) = delete;
+
+    /// True when i is new. False for one that is present or below 0, and without memory.
+    bool Add(int i) {
+        if (static_cast<size_t>(i) >= marks_.size() && !Grow(i)) return false;
+        if (marks_[i]) return false;
+        try {
+            items_.push_back(i);
+        } catch (const std::bad_alloc&) {
+            return false;
+        }
+        marks_[i] = 1;
+        return true;
+    }
+    bool Get(int i) const { return static_cast<size_t>(i) < marks_.size() && marks_[i]; }
+    /// Takes all out, and keeps the memory.
+    void Clear();
+    /// Makes room for `count` numbers in the list. False without memory.
+    bool Reserve(size_t count);
+
+    int GetCount() const { return static_cast<int>(items_.size()); }
+    /// In the order in which they were added. Valid until the next Add or Clear.
+    std::span<const int> Items() const { return items_; }
+    /// Calls back for each number in that order; those that the callback adds come too.
+    void Traverse(NodeCallback* callback) const;
+
+  private:
+    bool Grow(int i);
+
+    ZeroedArray<uint8_t> marks_;
+    std::vector<int> items_;
+};
+
+}  // namespace VantrelSDK
