@@ -12,6 +12,7 @@
 
 #include "core/io/FloatText.h"
 #include "core/io/InputFile.h"
+#include "core/io/Quoted.h"
 
 namespace VantrelSDK {
 
@@ -25,14 +26,6 @@ bool IsBlank(char c) {
 }
 bool IsLineEnd(char c) {
     return c == '\n' || c == '\r';
-}
-
-/// A piece of the text for a message: short and printable.
-std::string Quote(std::string_view text) {
-    constexpr size_t Longest = 32;
-    std::string quoted = "\"";
-    for (const char c : text.substr(0, Longest)) quoted += c >= ' ' && c <= '~' ? c : '?';
-    return quoted + (text.size() > Longest ? "...\"" : "\"");
 }
 
 /// The numbers that faces name before the file has got so far, checked when it has ended.
@@ -327,7 +320,7 @@ bool ObjParser::HasRoom(size_t size, const char* what) {
 std::string ObjParser::Token(const char* at) const {
     const char* last = at;
     while (last < end_ && !IsBlank(*last) && !IsLineEnd(*last)) ++last;
-    return Quote({at, static_cast<size_t>(last - at)});
+    return Quoted({at, static_cast<size_t>(last - at)});
 }
 
 bool ObjParser::TakeContinuation() {
