@@ -19,6 +19,11 @@ bool LIndexCache::Reserve(size_t count) {
     }
 }
 
+bool LIndexCache::Reset(int universe) {
+    items_.clear();
+    return marks_.Reset(universe > 0 ? universe : 0);
+}
+
 void LIndexCache::Traverse(NodeCallback* callback) const {
     for (size_t i = 0; i < items_.size(); ++i) {
         Node node{items_[i]};

@@ -42,10 +42,20 @@ class LIndexCache {
         return true;
     }
     bool Get(int i) const { return static_cast<size_t>(i) < marks_.size() && marks_[i]; }
+
+    /// Add in two halves, for workers that each have numbers of their own (all below the universe): a
+    /// worker sets the mark of a number that has none, 1 in Marks(); Join, called by one thread
+    /// afterwards, takes the numbers that were marked so.
+    uint8_t* Marks() { return marks_.data(); }
+    void Join(std::span<const int> marked) {
+        items_.insert(items_.end(), marked.begin(), marked.end());
+    }
     /// Takes all out, and keeps the memory.
     void Clear();
     /// Makes room for `count` numbers in the list. False without memory.
     bool Reserve(size_t count);
+    /// Takes all out and makes the universe 0 to universe - 1, whatever it was.
+    bool Reset(int universe);
 
     int GetCount() const { return static_cast<int>(items_.size()); }
     /// In the order in which they were added. Valid until the next Add or Clear.

@@ -135,6 +135,11 @@ void LMeshObject::SelectFace(int i, bool state, bool updateLevels) {
     UpdateLevelSelction();
 }
 
+void LMeshObject::SelectAll(bool state) {
+    std::fill(fselection_.begin(), fselection_.end(), state);
+    std::fill(vselection_.begin(), vselection_.end(), 0);
+}
+
 void LMeshObject::HideFace(int i) {
     if (!InRange(fvisibility_, i)) return;
     fvisibility_[i] = 1;

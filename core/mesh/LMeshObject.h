@@ -63,6 +63,8 @@ class LMeshObject {
     /// Edits by base face. HideFace and ShowFace change the base alone: call UpdateLevelVisibility when
     /// done; SelectFace brings the levels up to date when asked.
     void SelectFace(int i, bool state, bool updateLevels);
+    /// Changes the base alone.
+    void SelectAll(bool state);
     void HideFace(int i);
     void ShowFace(int i);
     void HideSelected();

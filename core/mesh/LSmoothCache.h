@@ -45,6 +45,8 @@ class LSmoothBuffers {
     /// GetNumVerts() values: what goes into the next round and what the last one gave.
     const T* read() const { return read_.data(); }
     T* _read() { return read_.data(); }
+    /// GetNumVerts() values of room, for callers with rounds of their own.
+    T* _write() { return write_.data(); }
 
     /// n rounds over all faces.
     void Iterate(int n, bool add) {

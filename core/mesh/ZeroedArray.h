@@ -1,16 +1,20 @@
 #pragma once
 
+#include <sys/mman.h>
+
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace VantrelSDK {
 
 /// An array of trivially copyable elements whose bytes start as zero.
 ///
-/// The memory comes from calloc, so that a large array costs only the pages that are written: a
-/// buffer of mesh size may be made inside a stroke, and what the stroke never touches is never paid.
+/// A large array comes straight from the system as pages that are zeroed when they are first touched,
+/// so that it costs only what is written: a buffer of mesh size may be made inside a stroke, and what
+/// the stroke never touches is never paid.
 template <class T>
 class ZeroedArray {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -18,30 +22,56 @@ class ZeroedArray {
   public:
     ZeroedArray() = default;
     explicit ZeroedArray(size_t size) { Reset(size); }
+    ZeroedArray(ZeroedArray&& other) noexcept { swap(other); }
+    ZeroedArray& operator=(ZeroedArray&& other) noexcept {
+        ZeroedArray(std::move(other)).swap(*this);
+        return *this;
+    }
+    ~ZeroedArray() { Release(); }
 
     /// Drops the content; afterwards `size` zeroed elements, or none (and false) without memory.
     bool Reset(size_t size) {
-        data_.reset(size ? static_cast<T*>(std::calloc(size, sizeof(T))) : nullptr);
-        size_ = data_ ? size : 0;
-        return size_ == size;
+        Release();
+        if (size == 0 || size > SIZE_MAX / sizeof(T)) return size == 0;
+        void* data = IsMapped(size)
+                         ? mmap(nullptr, size * sizeof(T), PROT_READ | PROT_WRITE,
+                                MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)
+                         : std::calloc(size, sizeof(T));
+        if (!data || data == MAP_FAILED) return false;
+        data_ = static_cast<T*>(data);
+        size_ = size;
+        return true;
     }
 
     size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }
-    T* data() { return data_.get(); }
-    const T* data() const { return data_.get(); }
-    T& operator[](size_t i) { return data_.get()[i]; }
-    const T& operator[](size_t i) const { return data_.get()[i]; }
-    T* begin() { return data(); }
-    T* end() { return data() + size_; }
-    const T* begin() const { return data(); }
-    const T* end() const { return data() + size_; }
+    T* data() { return data_; }
+    const T* data() const { return data_; }
+    T& operator[](size_t i) { return data_[i]; }
+    const T& operator[](size_t i) const { return data_[i]; }
+    T* begin() { return data_; }
+    T* end() { return data_ + size_; }
+    const T* begin() const { return data_; }
+    const T* end() const { return data_ + size_; }
+    void swap(ZeroedArray& other) noexcept {
+        std::swap(data_, other.data_);
+        std::swap(size_, other.size_);
+    }
 
   private:
-    struct Freer {
-        void operator()(T* p) const { std::free(p); }
-    };
-    std::unique_ptr<T, Freer> data_;
+    /// calloc would zero, page by page, memory that the process has held before.
+    static bool IsMapped(size_t size) { return size * sizeof(T) >= size_t{1} << 18; }
+
+    void Release() {
+        if (data_ && IsMapped(size_))
+            munmap(data_, size_ * sizeof(T));
+        else
+            std::free(data_);
+        data_ = nullptr;
+        size_ = 0;
+    }
+
+    T* data_ = nullptr;
     size_t size_ = 0;
 };
 

@@ -1,7 +1,9 @@
 #include "core/sculpt/LNode.h"
 
 #include <algorithm>
+#include <climits>
 
+#include "core/io/SystemMemory.h"
 #include "core/sculpt/BrushWeights.h"
 #include "core/sculpt/LDynMask.h"
 
@@ -147,6 +149,22 @@ void LNode::FinishSculpt(bool) {
     lsmoothCache_.reset();
 }
 
+bool LNode::CanSubdivide(std::string& error) const {
+    /// Of a triangle of the new level: topology, positions, delta, and of an open session its caches.
+    constexpr long long kBytes = 120, kSessionBytes = 230;
+    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
+    const int top = geom.GetNumSubivLevels() - 1;
+    const long long faces = 4LL * geom.GetNumLevelFaces(top);
+    const long long bytes = faces * (lsculpt_ ? kSessionBytes : kBytes);
+    const long long available = AvailableMemory();
+    if (2 * faces <= INT_MAX && bytes <= available) return true;
+    error = "level " + std::to_string(top + 1) + " would have " + std::to_string(faces) +
+            " triangles, which need about " + std::to_string(bytes >> 20) + " MB; " +
+            (bytes <= available ? "the numbering ends at 2147483647"
+                                : "there are " + std::to_string(available >> 20) + " MB");
+    return false;
+}
+
 bool LNode::SubdivideAll_Loop() {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
     SetActiveSubdivLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1);
@@ -190,6 +208,12 @@ void LNode::UpdateHidden() {
     for (LevelCaches& caches : levelCaches_) caches.tree.reset();
     loctTree_ = nullptr;
     RestartLevel();
+}
+
+bool LNode::UpdateBase() {
+    if (lstroke_) return false;
+    if (lobject_ && lobject_->Update(nullptr, nullptr, -1)) RestartLevel();
+    return true;
 }
 
 LNode::LevelCaches& LNode::ActiveCaches() {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <vector>
 
 #include "core/display/LDisplayCache.h"
@@ -107,6 +108,9 @@ class LNode {
 
     // Levels. Each flushes the undo stack, and in a session brings tree and caches to the level.
 
+    /// True when a level above the top has room in the numbering and in memory; else `error` tells the
+    /// numbers.
+    bool CanSubdivide(std::string& error) const;
     /// Adds a triangle level above the top, which becomes active.
     virtual bool SubdivideAll_Loop();
     virtual bool SetActiveSubdivLevel(unsigned level);
@@ -115,6 +119,8 @@ class LNode {
     virtual void UpdateSubdivLevels();
     /// After a change of the hidden faces: the tree leaves them out.
     void UpdateHidden();
+    /// Makes the base shape anew from the input, after a change of its smoothing. False in a stroke.
+    bool UpdateBase();
 
     // Trees and caches of the active level.
 

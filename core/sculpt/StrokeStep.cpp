@@ -48,11 +48,13 @@ void SearchStep(StrokeStep& step, const StrokeSearch& search) {
 void MarkFound(StrokeStep& step) {
     LDisplayCache& display = *step.node.ldisplayCache();
     display.Clear(false);
+    const std::span<const int> verts(step.hits.verts);
     // A hidden face is not found, but turns with its corners all the same.
-    if (step.node.lobject()->HasHidden())
-        display.SetVertsMoved(step.hits.verts);
-    else
-        display.SetChanged(step.hits.faces, step.hits.verts, step.hits.border);
+    if (step.node.lobject()->HasHidden()) return display.SetVertsMoved(verts);
+    display.SetChanged(step.hits.faces, verts, step.hits.border);
+    // Of a vertex outside the searched ball not all faces were found, but a brush whose weights have
+    // another centre may move it.
+    display.SetVertsMoved(verts.subspan(step.hits.numInside));
 }
 
 }  // namespace VantrelSDK

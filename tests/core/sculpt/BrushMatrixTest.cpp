@@ -37,8 +37,9 @@ Press RandomPress(LHeadlessNode& node, std::mt19937& random) {
     Press press;
     press.mode = GeometryModes()[random() % GeometryModes().size()];
     press.pos = surface[random() % surface.size()];
-    press.dir = Normalized({unit(random), unit(random), unit(random)});
-    press.orth = Normalized(press.dir ^ LPoint3(unit(random), 1, unit(random)));
+    // In braces the numbers come in order.
+    press.dir = Normalized(LPoint3{unit(random), unit(random), unit(random)});
+    press.orth = Normalized(press.dir ^ LPoint3{unit(random), 1, unit(random)});
     press.normal = -press.dir;
     press.radius = 0.1f + 0.25f * (1 + unit(random));
     return press;
@@ -47,7 +48,7 @@ Press RandomPress(LHeadlessNode& node, std::mt19937& random) {
 std::vector<LPoint3> RandomMoves(const LPoint3& from, std::mt19937& random) {
     std::uniform_real_distribution<float> unit(-1, 1);
     std::vector<LPoint3> moves;
-    LPoint3 p = from, step(unit(random), unit(random), unit(random));
+    LPoint3 p = from, step{unit(random), unit(random), unit(random)};
     const int count = 1 + static_cast<int>(random() % 5);
     for (int i = 0; i < count; ++i) {
         // Mostly onwards, at times a sharp turn or the same place again.
@@ -72,8 +73,9 @@ const PolyMesh& RandomShape(std::mt19937& random) {
 
 RC_GTEST_PROP(BrushMatrix, UndoGivesBackTheBitsAndCachesFollow, ()) {
     std::mt19937 random(*rc::gen::arbitrary<unsigned>());
-    const auto node = OpenNode(RandomShape(random), 1 + static_cast<int>(random() % 2),
-                               static_cast<int>(random() % 3));
+    const PolyMesh& shape = RandomShape(random);
+    const int workers = 1 + static_cast<int>(random() % 2), levels = static_cast<int>(random() % 3);
+    const auto node = OpenNode(shape, workers, levels);
     if (random() % 3 == 0) {
         node->lobject()->HideFace(0);
         node->lobject()->UpdateLevelVisibility();

@@ -1,0 +1,141 @@
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <map>
+
+#include <nlohmann/json.hpp>
+
+#include "app/cli/Commands.h"
+#include "core/io/AtomicFile.h"
+#include "core/io/ObjReader.h"
+#include "core/io/ObjWriter.h"
+#include "core/io/SystemMemory.h"
+#include "core/sculpt/StrokePlayer.h"
+
+namespace kelmo {
+
+namespace {
+
+using namespace VantrelSDK;
+using Clock = std::chrono::steady_clock;
+
+/// How long operations took, by their names.
+class Timings {
+  public:
+    void Add(std::string_view op, Clock::duration time) {
+        times_[std::string(op)].push_back(
+            std::chrono::duration<double, std::milli>(time).count());
+    }
+
+    std::string AsJson(long long touched) {
+        nlohmann::ordered_json json;
+        for (const char* op : {"press", "move", "release", "undo", "level", "subdivide"}) {
+            std::vector<double>& times = times_[op];
+            std::sort(times.begin(), times.end());
+            json["operations"][op] = {{"count", times.size()},
+                                      {"median_ms", Quantile(times, 0.5)},
+                                      {"p95_ms", Quantile(times, 0.95)},
+                                      {"max_ms", Quantile(times, 1)}};
+        }
+        json["vertices_touched"] = touched;
+        json["peak_memory_mb"] = static_cast<double>(PeakMemory()) / (1 << 20);
+        return json.dump(2) + "\n";
+    }
+
+  private:
+    static double Quantile(const std::vector<double>& sorted, double q) {
+        return sorted.empty() ? 0 : sorted[static_cast<size_t>(q * (sorted.size() - 1) + 0.5)];
+    }
+
+    std::map<std::string, std::vector<double>> times_;
+};
+
+/// Plays a whole log. False, with where and what, when something is wrong with it.
+bool PlayLog(const std::string& log, StrokePlayer& player, Timings& timings, FileError& error) {
+    StrokeLogReader reader;
+    if (!reader.Open(log, error)) return false;
+    const auto progress = MakeProgress("playing");
+    progress->Show();
+    const auto size = static_cast<double>(std::filesystem::file_size(log));
+    StrokeOp op;
+    for (;;) {
+        const StrokeLogReader::Result result = reader.Next(op, error);
+        if (result == StrokeLogReader::Result::Failed) return false;
+        if (result == StrokeLogReader::Result::End) return true;
+        // Opening the session is not the first press's time.
+        if (std::holds_alternative<PressOp>(op) && !player.OpenSession(error.message))
+            return error.file = log, false;
+        const auto start = Clock::now();
+        if (!player.Play(op, error.message)) {
+            error.file = log;
+            error.line = reader.Line();
+            return false;
+        }
+        timings.Add(OpName(op), Clock::now() - start);
+        progress->SetProgress(size > 0 ? static_cast<float>(reader.BytesRead() / size) : 1);
+        if (IsInterrupted()) {
+            error = {log, reader.Line(), "stopped"};
+            return false;
+        }
+    }
+}
+
+bool WriteText(const std::string& path, const std::string& text, std::string& error) {
+    AtomicFile file;
+    return file.Open(path, error) && file.Write(text, error) && file.Commit(error);
+}
+
+}  // namespace
+
+int RunReplay(const ReplayOptions& options) {
+    PolyMesh mesh;
+    FileError error;
+    if (!ReadObj(options.mesh, mesh, error, MakeProgress("reading").get()))
+        return Fail(error.Text());
+    Timings timings;
+    long long touched = 0;
+    std::string message;
+    PolyMesh result;
+    for (int i = 0; i < options.repeat; ++i) {
+        LHeadlessNode node(options.threads, [] { return MakeProgress("opening"); });
+        if (!node.Load(mesh, message)) return Fail(options.mesh + ": " + message);
+        StrokePlayer player(node, mesh);
+        if (!PlayLog(options.log, player, timings, error)) return Fail(error.Text());
+        touched += player.VerticesTouched();
+        if (i + 1 < options.repeat) continue;
+        const LSubdivMesh& geom = *node.lobject()->GetOrigGeom();
+        const int level = options.level < 0 ? geom.GetActiveLevel() : options.level;
+        if (level >= geom.GetNumSubivLevels())
+            return Fail(fmt::format("--level {}: the mesh has levels 0 to {} at the end of {}", level,
+                                    geom.GetNumSubivLevels() - 1, options.log));
+        if (!node.GetResult(mesh, level, result, message)) return Fail(message);
+    }
+    if (!WriteObj(options.out, result, message)) return Fail(message);
+    if (!options.stats.empty() && !WriteText(options.stats, timings.AsJson(touched), message))
+        return Fail(message);
+    return 0;
+}
+
+int RunSample() {
+    const std::string folder = "kelmo-out";
+    std::error_code failed;
+    std::filesystem::create_directories(folder, failed);
+    if (failed) return Fail(folder + ": can't make the folder: " + failed.message());
+    ReplayOptions options;
+    options.mesh = KELMO_EXAMPLES "/head.obj";
+    options.log = KELMO_EXAMPLES "/face.jsonl";
+    options.out = folder + "/face.obj";
+    options.stats = folder + "/face-timings.json";
+    if (const int failure = RunReplay(options)) return failure;
+    fmt::print(
+        "Played {} on {}.\n"
+        "The sculpted head is {}, the timings are {}.\n"
+        "Look at the two side by side:\n"
+        "  tools/picture.py {} {}/face.png --compare {}\n",
+        options.log, options.mesh, options.out, options.stats, options.mesh, folder, options.out);
+    return 0;
+}
+
+}  // namespace kelmo

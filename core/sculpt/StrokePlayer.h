@@ -1,0 +1,52 @@
+#pragma once
+
+#include <string>
+
+#include "core/io/PolyMesh.h"
+#include "core/io/StrokeLog.h"
+#include "core/sculpt/LHeadlessNode.h"
+
+namespace VantrelSDK {
+
+/// Plays the operations of a stroke log on a node.
+class StrokePlayer {
+  public:
+    /// Both are borrowed; `node` has loaded `mesh`.
+    StrokePlayer(LHeadlessNode& node, const PolyMesh& mesh) : node_(node), mesh_(mesh) {}
+    /// Lets go of the modifier keys.
+    ~StrokePlayer();
+
+    /// Opens the sculpt session that strokes need, when it is not open. False, with the reason, when it
+    /// can't be opened. The first press does it too.
+    bool OpenSession(std::string& error);
+    /// Does one operation. False, with what is wrong, for a level or a polygon that does not exist and
+    /// for a level that can't be made; the node is then as it was.
+    bool Play(const StrokeOp& op, std::string& error);
+
+    /// Vertices that the strokes changed, added up.
+    long long VerticesTouched() const { return touched_; }
+
+  private:
+    bool Do(const SetOp& op, std::string& error);
+    bool Do(const FalloffOp& op, std::string& error);
+    bool Do(const SubdivideOp& op, std::string& error);
+    bool Do(const DeleteLevelOp& op, std::string& error);
+    bool Do(const LevelOp& op, std::string& error);
+    bool Do(const PressOp& op, std::string& error);
+    bool Do(const MoveOp& op, std::string& error);
+    bool Do(const ReleaseOp& op, std::string& error);
+    bool Do(const UndoOp& op, std::string& error);
+    bool Do(const ModifiersOp& op, std::string& error);
+    bool Do(const SelectOp& op, std::string& error);
+    bool Do(const HideOp& op, std::string& error);
+    bool Do(const ShowOp& op, std::string& error);
+    bool CheckPolygons(const std::vector<int>& polygons, std::string& error) const;
+    template <class Edit>
+    void ForFaces(const std::vector<int>& polygons, Edit edit);
+
+    LHeadlessNode& node_;
+    const PolyMesh& mesh_;
+    long long touched_ = 0;
+};
+
+}  // namespace VantrelSDK
