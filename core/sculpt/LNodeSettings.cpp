@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <limits>
 #include <unordered_map>
 
 #include "core/io/Quoted.h"
@@ -66,8 +65,9 @@ bool ConvertNumber(double value, int least, int most, int& to) {
 }
 
 bool ConvertNumber(double value, int, int, float& to) {
-    if (!(std::abs(value) <= std::numeric_limits<float>::max())) return false;
-    to = static_cast<float>(value);
+    const auto narrow = static_cast<float>(value);
+    if (!std::isfinite(narrow)) return false;
+    to = narrow;
     return true;
 }
 

@@ -1,0 +1,68 @@
+// Any text must be read or refused; what was read must survive being written and read again.
+
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+#include "core/io/ObjReader.h"
+#include "core/io/ObjWriter.h"
+
+using namespace VantrelSDK;
+
+namespace {
+
+void Demand(bool holds) {
+    if (!holds) std::abort();
+}
+
+template <class T>
+bool SameBytes(const std::vector<T>& a, const std::vector<T>& b) {
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(T)) == 0);
+}
+
+void CheckMesh(const PolyMesh& mesh) {
+    Demand(mesh.colours.empty() || mesh.colours.size() == mesh.positions.size());
+    Demand(mesh.cornerUVs.empty() || mesh.cornerUVs.size() == mesh.cornerVerts.size());
+    Demand(mesh.polygonStart.front() == 0);
+    Demand(mesh.polygonStart.back() == static_cast<int>(mesh.cornerVerts.size()));
+    for (int p = 0; p < mesh.NumPolygons(); ++p) {
+        Demand(mesh.polygonStart[p + 1] - mesh.polygonStart[p] >= 3);
+    }
+    for (const int v : mesh.cornerVerts) {
+        Demand(v >= 0 && v < static_cast<int>(mesh.positions.size()));
+    }
+    for (const int uv : mesh.cornerUVs) Demand(uv >= -1 && uv < static_cast<int>(mesh.uvs.size()));
+}
+
+void CheckThereAndBack(const PolyMesh& mesh) {
+    std::string text, message;
+    PolyMesh back;
+    FileError error;
+    Demand(FormatObj(mesh, text, message));
+    Demand(ParseObj(text, back, error));
+    Demand(SameBytes(mesh.positions, back.positions) && SameBytes(mesh.colours, back.colours) &&
+           SameBytes(mesh.uvs, back.uvs) && mesh.polygonStart == back.polygonStart &&
+           mesh.cornerVerts == back.cornerVerts && mesh.cornerUVs == back.cornerUVs);
+    Demand(mesh.statements.size() == back.statements.size());
+    for (size_t i = 0; i < mesh.statements.size(); ++i) {
+        Demand(mesh.statements[i].polygon == back.statements[i].polygon &&
+               mesh.statements[i].text == back.statements[i].text);
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    PolyMesh mesh;
+    FileError error;
+    if (ParseObj({reinterpret_cast<const char*>(data), size}, mesh, error)) {
+        CheckMesh(mesh);
+        CheckThereAndBack(mesh);
+    } else {
+        Demand(!error.message.empty() && error.line <= size + 1);
+    }
+    return 0;
+}
