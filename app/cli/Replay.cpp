@@ -58,7 +58,7 @@ bool PlayLog(const std::string& log, StrokePlayer& player, Timings& timings, Fil
     if (!reader.Open(log, error)) return false;
     const auto progress = MakeProgress("playing");
     progress->Show();
-    const auto size = static_cast<double>(std::filesystem::file_size(log));
+
     StrokeOp op;
     for (;;) {
         const StrokeLogReader::Result result = reader.Next(op, error);
@@ -74,7 +74,6 @@ bool PlayLog(const std::string& log, StrokePlayer& player, Timings& timings, Fil
             return false;
         }
         timings.Add(OpName(op), Clock::now() - start);
-        progress->SetProgress(size > 0 ? static_cast<float>(reader.BytesRead() / size) : 1);
         if (IsInterrupted()) {
             error = {log, reader.Line(), "stopped"};
             return false;

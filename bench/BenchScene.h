@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cmath>
+#include <memory>
+#include <string>
+
+#include "core/io/SystemMemory.h"
+#include "core/sculpt/LHeadlessNode.h"
+
+/// Meshes and nodes for the benchmarks.
+namespace VantrelSDK::bench {
+
+/// A sheet of about `triangles` triangles with hills, 1 unit a cell: the same surface under a brush at
+/// every size.
+inline PolyMesh Hills(long long triangles) {
+    const int n = static_cast<int>(std::sqrt(triangles / 2.0));
+    PolyMesh mesh;
+    mesh.positions.reserve(static_cast<size_t>(n + 1) * (n + 1));
+    for (int y = 0; y <= n; ++y)
+        for (int x = 0; x <= n; ++x)
+            mesh.positions.emplace_back(x - n * 0.5f, y - n * 0.5f,
+                                        8 * std::sin(x * 0.031f) * std::cos(y * 0.027f));
+    for (int y = 0; y < n; ++y)
+        for (int x = 0; x < n; ++x) {
+            const int a = y * (n + 1) + x, b = a + 1, c = b + n + 1, d = a + n + 1;
+            for (const int v : {a, b, c, a, c, d}) mesh.cornerVerts.push_back(v);
+            for (int k = 0; k < 2; ++k) mesh.polygonStart.push_back(mesh.polygonStart.back() + 3);
+        }
+    return mesh;
+}
+
+/// A node in a session over such a sheet. Kept until another one is asked for.
+inline LHeadlessNode& OpenScene(long long triangles, int workers) {
+    static std::unique_ptr<LHeadlessNode> node;
+    static std::pair<long long, int> held;
+    if (node && held == std::pair(triangles, workers)) return *node;
+    node.reset();
+    node = std::make_unique<LHeadlessNode>(workers);
+    std::string error;
+    node->Load(Hills(triangles), error);
+    node->InitSculpt();
+    held = {triangles, workers};
+    return *node;
+}
+
+/// The radius of a brush with about `verts` vertices under it.
+inline float RadiusFor(int verts) { return std::sqrt(verts / 3.14159265f); }
+
+}  // namespace VantrelSDK::bench

@@ -1,0 +1,132 @@
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+
+#include "bench/BenchScene.h"
+#include "bench/Floor.h"
+#include "core/sculpt/BrushMode.h"
+
+// Strokes of every mode: press, step, release and undo apart, at sizes 10x apart. The counters are
+// medians; "floors" is a step against the least that a step must do for as many vertices.
+
+namespace VantrelSDK::bench {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+double Median(std::vector<double>& values) {
+    if (values.empty()) return 0;
+    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+    return values[values.size() / 2];
+}
+
+/// Drives other data through the caches, as whatever the artist does between two strokes would.
+void ChillCaches() {
+    static std::vector<char> junk(64 << 20);
+    for (size_t i = 0; i < junk.size(); i += 64) ++junk[i];
+}
+
+struct StrokeTimes {
+    std::vector<double> press, step, release, undo;
+    double verts = 0;
+};
+
+/// One stroke of eight steps, a fifth of a radius each, from a place; microseconds into `times`.
+void TimeStroke(LHeadlessNode& node, int mode, const LPoint3& from, float radius, bool cold,
+                StrokeTimes& times) {
+    const auto timed = [](std::vector<double>& into, const auto& run) {
+        const auto start = Clock::now();
+        run();
+        into.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+    };
+    node.settings().sculptMode = mode;
+    if (cold) ChillCaches();
+    timed(times.press, [&] {
+        node.InitTransform(from, {0, 0, -1}, {1, 0, 0}, {0, 0, 1}, {0, 0}, radius, mode, false);
+    });
+    LPoint3 p = from;
+    for (int i = 0; i < 8; ++i) {
+        p += LPoint3(radius * 0.2f, radius * 0.02f * i, 0);
+        std::vector<double> first;
+        // The first step has no direction yet and searches in another way; warm ones follow it. A cold
+        // stroke is told by its first two.
+        timed(i == 0 ? first : times.step,
+              [&] { node.Transform(p, {0.002f * (i + 1), 0}, {0, 0, 1}); });
+        times.verts = node.hits().verts.size();
+        if (cold && i == 1) break;
+    }
+    timed(times.release, [&] { node.FinishTransform(true); });
+    timed(times.undo, [&] { node.UndoStroke(); });
+}
+
+/// Arguments: mode, triangles, vertices under the brush, workers, cold.
+void BM_Stroke(benchmark::State& state) {
+    const int mode = static_cast<int>(state.range(0)), verts = static_cast<int>(state.range(2));
+    LHeadlessNode& node = OpenScene(state.range(1), static_cast<int>(state.range(3)));
+    const float radius = RadiusFor(verts);
+    const bool cold = state.range(4) != 0;
+    const float half = std::sqrt(state.range(1) / 2.0f) * 0.5f - 3 * radius;
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> place(-half, half);
+    node.settings().paintPressMult.Set(mode, 0.001f);
+    StrokeTimes times;
+    LPoint3 from;
+    for (auto _ : state) {
+        if (cold) from = {place(random), place(random), 0};
+        TimeStroke(node, mode, from, radius, cold, times);
+    }
+    state.SetLabel(FindBrushMode(mode)->name);
+    const double step = Median(times.step);
+    state.counters["press_us"] = Median(times.press);
+    state.counters["step_us"] = step;
+    state.counters["release_us"] = Median(times.release);
+    state.counters["undo_us"] = Median(times.undo);
+    state.counters["verts"] = times.verts;
+    state.counters["ns_vert"] = step * 1000 / verts;
+    state.counters["floors"] = step * 1000 / verts / FloorPerVertex(verts);
+}
+
+void AllModes(benchmark::internal::Benchmark* bench) {
+    for (const int triangles : {60'000, 600'000, 6'000'000})
+        for (int mode = 0; mode <= 19; ++mode)
+            for (const int verts : {2'000, 10'000})
+                for (const int cold : {0, 1})
+                    if (mode != 18 && (verts == 2'000 || triangles > 60'000))
+                        bench->Args({mode, triangles, verts, 1, cold});
+}
+BENCHMARK(BM_Stroke)->Apply(AllModes)->Unit(benchmark::kMicrosecond)->Iterations(30);
+
+/// Brush Pull with 10 thousand vertices under the brush, one worker and two.
+BENCHMARK(BM_Stroke)
+    ->Name("BM_Workers")
+    ->Args({8, 600'000, 10'000, 1, 0})
+    ->Args({8, 600'000, 10'000, 2, 0})
+    ->Unit(benchmark::kMicrosecond)
+    ->Iterations(200);
+
+/// Opening a session; the counters tell the bytes a triangle of the whole process.
+void BM_OpenSession(benchmark::State& state) {
+    const PolyMesh mesh = Hills(state.range(0));
+    std::string error;
+    for (auto _ : state) {
+        LHeadlessNode node(1);
+        node.Load(mesh, error);
+        node.InitSculpt();
+        benchmark::DoNotOptimize(node.loctTree());
+    }
+    state.counters["peak_bytes_per_triangle"] =
+        static_cast<double>(PeakMemory()) / state.range(0);
+}
+BENCHMARK(BM_OpenSession)
+    ->Arg(60'000)
+    ->Arg(600'000)
+    ->Arg(6'000'000)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+
+}  // namespace
+}  // namespace VantrelSDK::bench
+
+BENCHMARK_MAIN();
