@@ -10,8 +10,8 @@
 /// Meshes and nodes for the benchmarks.
 namespace VantrelSDK::bench {
 
-/// A sheet of about `triangles` triangles with hills, 1 unit a cell: the same surface under a brush at
-/// every size.
+/// A sheet of about `triangles` triangles with hills, 1 unit a cell: the same surface under a brush
+/// at every size.
 inline PolyMesh Hills(long long triangles) {
     const int n = static_cast<int>(std::sqrt(triangles / 2.0));
     PolyMesh mesh;
@@ -44,6 +44,8 @@ inline LHeadlessNode& OpenScene(long long triangles, int workers) {
 }
 
 /// The radius of a brush with about `verts` vertices under it.
-inline float RadiusFor(int verts) { return std::sqrt(verts / 3.14159265f); }
+inline float RadiusFor(int verts) {
+    return std::sqrt(verts / 3.14159265f);
+}
 
 }  // namespace VantrelSDK::bench

@@ -50,10 +50,11 @@ void TimeStroke(LHeadlessNode& node, int mode, const LPoint3& from, float radius
     for (int i = 0; i < 8; ++i) {
         p += LPoint3(radius * 0.2f, radius * 0.02f * i, 0);
         std::vector<double> first;
-        // The first step has no direction yet and searches in another way; warm ones follow it. A cold
-        // stroke is told by its first two.
-        timed(i == 0 ? first : times.step,
-              [&] { node.Transform(p, {0.002f * (i + 1), 0}, {0, 0, 1}); });
+        // The first step has no direction yet and searches in another way; warm ones follow it. A
+        // cold stroke is told by its first two.
+        timed(i == 0 ? first : times.step, [&] {
+            node.Transform(p, {0.002f * (i + 1), 0}, {0, 0, 1});
+        });
         times.verts = node.hits().verts.size();
         if (cold && i == 1) break;
     }
@@ -116,8 +117,7 @@ void BM_OpenSession(benchmark::State& state) {
         node.InitSculpt();
         benchmark::DoNotOptimize(node.loctTree());
     }
-    state.counters["peak_bytes_per_triangle"] =
-        static_cast<double>(PeakMemory()) / state.range(0);
+    state.counters["peak_bytes_per_triangle"] = static_cast<double>(PeakMemory()) / state.range(0);
 }
 BENCHMARK(BM_OpenSession)
     ->Arg(60'000)

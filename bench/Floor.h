@@ -5,9 +5,9 @@
 #include <cmath>
 #include <vector>
 
-/// The least that a brush step must do for n vertices: contiguous positions and normals, a 40-sample
-/// falloff with linear interpolation, one offset along the normal. Nanoseconds a vertex, the median
-/// of many rounds; steps are quoted as multiples of it, measured in the same run.
+/// The least that a brush step must do for n vertices: contiguous positions and normals, a
+/// 40-sample falloff with linear interpolation, one offset along the normal. Nanoseconds a vertex,
+/// the median of many rounds; steps are quoted as multiples of it, measured in the same run.
 inline double FloorPerVertex(int n) {
     std::vector<float> p(3 * n), q(3 * n), curve(41);
     for (int i = 0; i < n; ++i) {
@@ -20,7 +20,8 @@ inline double FloorPerVertex(int n) {
     for (int k = 0; k < 400; ++k) {
         const auto start = std::chrono::steady_clock::now();
         for (int i = 0; i < n; ++i) {
-            const float x = p[3 * i], y = p[3 * i + 1], z = p[3 * i + 2], d2 = x * x + y * y + z * z;
+            const float x = p[3 * i], y = p[3 * i + 1], z = p[3 * i + 2],
+                        d2 = x * x + y * y + z * z;
             if (d2 > 1) continue;
             const float d = std::sqrt(d2) * 40;
             const int j = std::min(39, static_cast<int>(d));

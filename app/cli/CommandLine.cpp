@@ -18,7 +18,8 @@ int Main(int argc, const char* const* argv) {
     infoCommand->add_option("FILE", info.file, "an OBJ file")->required();
     infoCommand->add_flag("--json", info.json, "print JSON");
     infoCommand->footer(
-        "Prints vertices, polygons by their number of corners, triangles, UV sets, bounds, open and\n"
+        "Prints vertices, polygons by their number of corners, triangles, UV sets, bounds, open "
+        "and\n"
         "non-manifold edges, levels and targets.");
 
     ReplayOptions replay;
@@ -32,17 +33,16 @@ int Main(int argc, const char* const* argv) {
         ->add_option("--level", replay.level,
                      "the subdivision level to write (default: the one active at the end)")
         ->check(CLI::NonNegativeNumber);
-    replayCommand
-        ->add_option("--threads", replay.threads, "workers (default: one per processor)")
+    replayCommand->add_option("--threads", replay.threads, "workers (default: one per processor)")
         ->check(CLI::Range(1, 256));
     replayCommand->add_option("--stats", replay.stats, "write timings to this file, as JSON");
-    replayCommand
-        ->add_option("--repeat", replay.repeat, "play the log so many times, for timings")
+    replayCommand->add_option("--repeat", replay.repeat, "play the log so many times, for timings")
         ->check(CLI::Range(1, 100000))
         ->capture_default_str();
     replayCommand->footer(
         "The result is the same, bit for bit, with any number of workers. At level 0 OUT has the\n"
-        "polygons of the mesh, above it triangles. OUT is renamed into place when it is complete: a\n"
+        "polygons of the mesh, above it triangles. OUT is renamed into place when it is complete: "
+        "a\n"
         "failed run leaves an old file as it was.");
 
     try {

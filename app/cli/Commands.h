@@ -35,7 +35,8 @@ int Main(int argc, const char* const* argv);
 /// Prints "kelmo: message" on standard error; returns 1.
 int Fail(const std::string& message);
 
-/// A bar on standard error while it is a terminal, else nothing. Stops when the user presses Ctrl-C.
+/// A bar on standard error while it is a terminal, else nothing. Stops when the user presses
+/// Ctrl-C.
 std::unique_ptr<VantrelSDK::LProgressCallback> MakeProgress(const std::string& what);
 
 /// From now on Ctrl-C asks the running operation to stop instead of ending the program.

@@ -65,8 +65,7 @@ int RunInfo(const InfoOptions& options) {
     const auto progress = MakeProgress("reading");
     if (!VantrelSDK::ReadObj(options.file, mesh, error, progress.get())) return Fail(error.Text());
     const MeshFacts facts = VantrelSDK::CountFacts(mesh);
-    fmt::print("{}\n",
-               options.json ? AsJson(options.file, facts) : AsText(options.file, facts));
+    fmt::print("{}\n", options.json ? AsJson(options.file, facts) : AsText(options.file, facts));
     return 0;
 }
 

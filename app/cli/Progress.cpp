@@ -23,7 +23,8 @@ class TerminalProgress : public VantrelSDK::LProgressCallback {
     void SetProgress(float done) override {
         done_ = done;
         // What is over in a moment needs no bar.
-        if (!terminal_ || std::chrono::steady_clock::now() - start_ < std::chrono::milliseconds(200))
+        if (!terminal_ ||
+            std::chrono::steady_clock::now() - start_ < std::chrono::milliseconds(200))
             return;
         const int filled = std::clamp(static_cast<int>(done * kWidth), 0, kWidth);
         fmt::print(stderr, "\r{} [{:<{}}] {:3.0f}%", what_, std::string(filled, '#'), kWidth,
@@ -57,7 +58,9 @@ void StopOnInterrupt() {
     std::signal(SIGINT, [](int) { interrupted = 1; });
 }
 
-bool IsInterrupted() { return interrupted != 0; }
+bool IsInterrupted() {
+    return interrupted != 0;
+}
 
 int Fail(const std::string& message) {
     fmt::print(stderr, "kelmo: {}\n", message);

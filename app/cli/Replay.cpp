@@ -25,8 +25,7 @@ using Clock = std::chrono::steady_clock;
 class Timings {
   public:
     void Add(std::string_view op, Clock::duration time) {
-        times_[std::string(op)].push_back(
-            std::chrono::duration<double, std::milli>(time).count());
+        times_[std::string(op)].push_back(std::chrono::duration<double, std::milli>(time).count());
     }
 
     std::string AsJson(long long touched) {
@@ -107,8 +106,8 @@ int RunReplay(const ReplayOptions& options) {
         const LSubdivMesh& geom = *node.lobject()->GetOrigGeom();
         const int level = options.level < 0 ? geom.GetActiveLevel() : options.level;
         if (level >= geom.GetNumSubivLevels())
-            return Fail(fmt::format("--level {}: the mesh has levels 0 to {} at the end of {}", level,
-                                    geom.GetNumSubivLevels() - 1, options.log));
+            return Fail(fmt::format("--level {}: the mesh has levels 0 to {} at the end of {}",
+                                    level, geom.GetNumSubivLevels() - 1, options.log));
         if (!node.GetResult(mesh, level, result, message)) return Fail(message);
     }
     if (!WriteObj(options.out, result, message)) return Fail(message);

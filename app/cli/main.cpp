@@ -1,3 +1,5 @@
 #include "app/cli/Commands.h"
 
-int main(int argc, char** argv) { return kelmo::Main(argc, argv); }
+int main(int argc, char** argv) {
+    return kelmo::Main(argc, argv);
+}

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/math/Float4.h"
+
 #include "core/sculpt/LThreadGroup.h"
 
 namespace VantrelSDK {
@@ -11,20 +13,19 @@ namespace {
 /// Entries that a worker takes at least; fewer are not worth waking it.
 constexpr int kGrain = 1024;
 
+/// Fills normals[at(i)] with the unit vector along vector(at(i)) for i from first to last - 1.
+template <class At, class Vector>
+void FillUnitVectors(int first, int last, LPoint3* normals, const At& at, const Vector& vector) {
+    for (int i = first; i < last; i += 4) {
+        const int count = std::min(4, last - i);
+        Float4 four[4] = {};
+        for (int k = 0; k < count; ++k) four[k] = vector(at(i + k));
+        NormalizeFour(four);
+        for (int k = 0; k < count; ++k) StorePoint(normals[at(i + k)], four[k]);
+    }
+}
+
 }  // namespace
-
-void LDisplayCache::DirtyBox::Add(const LPoint3& p) {
-    if (empty) min = max = p;
-    empty = false;
-    min = {std::min(min.x, p.x), std::min(min.y, p.y), std::min(min.z, p.z)};
-    max = {std::max(max.x, p.x), std::max(max.y, p.y), std::max(max.z, p.z)};
-}
-
-void LDisplayCache::DirtyBox::Add(const DirtyBox& box) {
-    if (box.empty) return;
-    Add(box.min);
-    Add(box.max);
-}
 
 LDisplayCache::LDisplayCache(LNode* owner, LThreadGroup* workers)
     : owner_(owner), workers_(workers) {
@@ -40,10 +41,11 @@ void LDisplayCache::Init(LSubdivMeshI* object, LSubdivMeshI* delta) {
     topology_ = object ? object->GetLevelTopology(level_) : nullptr;
     nverts_ = topology_ ? topology_->GetNumVerts() : 0;
     nfaces_ = topology_ ? topology_->GetNumFaces() : 0;
-    verts_.resize(nverts_);
+    // One more, so that the last can be loaded as four floats.
+    verts_.resize(nverts_ + 1);
+    fnormals_.resize(nfaces_ + 1);
     vnormals_.resize(nverts_);
     vnormalsPP_.resize(nverts_);
-    fnormals_.resize(nfaces_);
     if (!colors_.empty()) colors_.assign(nverts_, LColor::cWhite);
     changedVerts_.Reset(nverts_);
     changedFaces_.Reset(nfaces_);
@@ -71,9 +73,9 @@ void LDisplayCache::SetFaceChanged(int f) {
 
 void LDisplayCache::SetChanged(std::span<const int> faces, std::span<const int> verts,
                                std::span<const int> moreVerts) {
-    for (const int f : faces) changedFaces_.Add(f);
-    for (const int v : verts) changedVerts_.Add(v);
-    for (const int v : moreVerts) changedVerts_.Add(v);
+    changedFaces_.AddUnique(faces);
+    changedVerts_.AddUnique(verts);
+    changedVerts_.AddUnique(moreVerts);
 }
 
 void LDisplayCache::SetVertsMoved(std::span<const int> verts) {
@@ -96,57 +98,69 @@ void LDisplayCache::Run(size_t count, const Job& job) {
         job(0, static_cast<int>(count), 0);
 }
 
-void LDisplayCache::CalcVerts(std::span<const int> verts) {
+void LDisplayCache::CalcVerts(std::span<const int> list) {
     const LPoint3 *base = object_->GetAllVertsPtr(), *offset = delta_->GetAllVertsPtr();
     for (DirtyBox& box : workerBoxes_) box = {};
-    Run(verts.size(), [&](int first, int last, int worker) {
+    Run(list.size(), [&](int first, int last, int worker) {
+        LPoint3* verts = verts_.data();
         DirtyBox box;
         for (int i = first; i < last; ++i) {
-            const int v = verts[i];
+            const int v = list[i];
             // Where it was and where it is: both places have to be drawn.
-            box.Add(verts_[v]);
-            verts_[v] = base[v] + offset[v];
-            box.Add(verts_[v]);
+            box.Add(verts[v]);
+            verts[v] = base[v] + offset[v];
+            box.Add(verts[v]);
         }
         workerBoxes_[worker] = box;
     });
     for (const DirtyBox& box : workerBoxes_) dirtyBox_[0].Add(box);
 }
 
-LPoint3 LDisplayCache::FaceNormal(int f) const {
-    const LFace& face = topology_->Faces()[f];
-    const LPoint3 &a = verts_[face.v[0]], &b = verts_[face.v[1]], &c = verts_[face.v[2]];
-    return Normalized((b - a) ^ (c - b));
-}
-
-void LDisplayCache::CalcFaceNormals(std::span<const int> faces) {
-    Run(faces.size(), [&](int first, int last, int) {
-        for (int i = first; i < last; ++i) fnormals_[faces[i]] = FaceNormal(faces[i]);
+template <class FaceAt>
+void LDisplayCache::FillFaceNormals(int first, int last, const FaceAt& faceAt) {
+    const LFace* faces = topology_->Faces().data();
+    const LPoint3* verts = verts_.data();
+    FillUnitVectors(first, last, fnormals_.data(), faceAt, [&](int f) {
+        const Float4 a = LoadPoint(verts[faces[f].v[0]]), b = LoadPoint(verts[faces[f].v[1]]),
+                     c = LoadPoint(verts[faces[f].v[2]]);
+        return Cross(_mm_sub_ps(b, a), _mm_sub_ps(c, b));
     });
 }
 
-/// A vertex without faces keeps its normal.
-LPoint3 LDisplayCache::VertNormal(int v) const {
-    const std::span<const int> around = topology_->AdjFaces().GetAdjFacesForVert(v);
-    if (around.empty()) return vnormals_[v];
-    LPoint3 sum;
-    for (const int f : around) sum += fnormals_[f];
-    sum.Normalize();
-    return sum;
+/// A vertex without faces has no normal: zero.
+template <class VertAt>
+void LDisplayCache::FillVertNormals(int first, int last, const VertAt& vertAt) {
+    const LIndexRows& around = topology_->AdjFaces().Rows();
+    const uint32_t* starts = around.Starts();
+    const int* entries = around.Entries();
+    const LPoint3* normals = fnormals_.data();
+    FillUnitVectors(first, last, vnormals_.data(), vertAt, [&](int v) {
+        Float4 sum = _mm_setzero_ps();
+        for (uint32_t k = starts[v]; k < starts[v + 1]; ++k)
+            sum = _mm_add_ps(sum, LoadPoint(normals[entries[k]]));
+        return sum;
+    });
 }
 
-void LDisplayCache::CalcVertNormals(std::span<const int> verts) {
-    for (std::vector<int>& list : workerLists_) list.clear();
-    Run(verts.size(), [&](int first, int last, int worker) {
-        std::vector<int>& list = workerLists_[worker];
+void LDisplayCache::CalcFaceNormals(std::span<const int> list) {
+    Run(list.size(), [&](int first, int last, int) {
+        FillFaceNormals(first, last, [&](int i) { return list[i]; });
+    });
+}
+
+void LDisplayCache::CalcVertNormals(std::span<const int> list) {
+    for (std::vector<int>& unfrozen : workerLists_) unfrozen.clear();
+    Run(list.size(), [&](int first, int last, int worker) {
+        FillVertNormals(first, last, [&](int i) { return list[i]; });
+        uint8_t* marks = unfrozen_.Marks();
+        std::vector<int>& unfrozen = workerLists_[worker];
         for (int i = first; i < last; ++i) {
-            vnormals_[verts[i]] = VertNormal(verts[i]);
-            if (unfrozen_.Marks()[verts[i]]) continue;
-            unfrozen_.Marks()[verts[i]] = 1;
-            list.push_back(verts[i]);
+            if (marks[list[i]]) continue;
+            marks[list[i]] = 1;
+            unfrozen.push_back(list[i]);
         }
     });
-    for (const std::vector<int>& list : workerLists_) unfrozen_.Join(list);
+    for (const std::vector<int>& unfrozen : workerLists_) unfrozen_.Join(unfrozen);
 }
 
 void LDisplayCache::CalcChanged(bool vertNormals) {
@@ -164,11 +178,10 @@ void LDisplayCache::CalcAll() {
     Run(nverts_, [&](int first, int last, int) {
         for (int v = first; v < last; ++v) verts_[v] = base[v] + offset[v];
     });
-    Run(nfaces_, [&](int first, int last, int) {
-        for (int f = first; f < last; ++f) fnormals_[f] = FaceNormal(f);
-    });
+    Run(nfaces_,
+        [&](int first, int last, int) { FillFaceNormals(first, last, [](int f) { return f; }); });
     Run(nverts_, [&](int first, int last, int) {
-        for (int v = first; v < last; ++v) vnormals_[v] = VertNormal(v);
+        FillVertNormals(first, last, [](int v) { return v; });
         std::copy(vnormals_.begin() + first, vnormals_.begin() + last, vnormalsPP_.begin() + first);
     });
     unfrozen_.Clear();
@@ -207,7 +220,7 @@ float LDisplayCache::GetStencil(int v) const {
 }
 
 bool LDisplayCache::GetDirtyBox(int i, LPoint3& min, LPoint3& max) const {
-    if (i < 0 || i > 1 || dirtyBox_[i].empty) return false;
+    if (i < 0 || i > 1 || dirtyBox_[i].IsEmpty()) return false;
     min = dirtyBox_[i].min;
     max = dirtyBox_[i].max;
     return true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cfloat>
 #include <memory>
 #include <span>
 #include <vector>
@@ -14,9 +16,9 @@ namespace VantrelSDK {
 class LNode;
 class LThreadGroup;
 
-/// The evaluated surface of one level as flat arrays: positions (object plus delta), face and vertex
-/// normals, adjacency. A stroke marks the vertices and faces that it changes, and CalcChanged brings
-/// just those up to date.
+/// The evaluated surface of one level as flat arrays: positions (object plus delta), face and
+/// vertex normals, adjacency. A stroke marks the vertices and faces that it changes, and
+/// CalcChanged brings just those up to date.
 ///
 /// Marking is done by one thread; the evaluation runs on the worker group in joined passes, each
 /// worker with entries of its own. The result does not depend on the number of workers.
@@ -28,8 +30,8 @@ class LDisplayCache {
 
     /// Binds the cache to the active level of these (borrowed) and sizes it. CalcAll fills it.
     virtual void Init(LSubdivMeshI* object, LSubdivMeshI* delta);
-    /// Forgets what is marked. When a draw has consumed the dirty box, the box of this step moves to
-    /// place 1 and place 0 starts empty.
+    /// Forgets what is marked. When a draw has consumed the dirty box, the box of this step moves
+    /// to place 1 and place 0 starts empty.
     virtual void Clear(bool);
     /// Evaluates what is marked: positions, face normals and, with `vertNormals`, vertex normals.
     virtual void CalcChanged(bool vertNormals);
@@ -64,11 +66,16 @@ class LDisplayCache {
     const LPoint3& GetVertex(int v) const { return verts_[v]; }
     const LPoint3& GetVNormal(int v) const { return vnormals_[v]; }
     const LPoint3& GetFNormal(int f) const { return fnormals_[f]; }
-    std::span<const LPoint3> verts() const { return verts_; }
+    /// All of them, by vertex or face.
+    std::span<const LPoint3> verts() const { return {verts_.data(), size_t(nverts_)}; }
     std::span<const LPoint3> vnormals() const { return vnormals_; }
-    std::span<const LPoint3> fnormals() const { return fnormals_; }
-    const LAdjFaceList* GetAdjFaceList() const { return topology_ ? &topology_->AdjFaces() : nullptr; }
-    const LAdjVertList* GetAdjVertList() const { return topology_ ? &topology_->AdjVerts() : nullptr; }
+    std::span<const LPoint3> fnormals() const { return {fnormals_.data(), size_t(nfaces_)}; }
+    const LAdjFaceList* GetAdjFaceList() const {
+        return topology_ ? &topology_->AdjFaces() : nullptr;
+    }
+    const LAdjVertList* GetAdjVertList() const {
+        return topology_ ? &topology_->AdjVerts() : nullptr;
+    }
     const std::shared_ptr<const LMeshTopology>& Topology() const { return topology_; }
 
     /// Vertex colours exist after SetUseColor(true), all white.
@@ -84,11 +91,20 @@ class LDisplayCache {
     void SetDirtyBoxDrawn() { dirtyBoxDrawn_ = true; }
 
   protected:
+    /// Inside out while empty.
     struct DirtyBox {
-        LPoint3 min, max;
-        bool empty = true;
-        void Add(const LPoint3& p);
-        void Add(const DirtyBox& box);
+        LPoint3 min{FLT_MAX, FLT_MAX, FLT_MAX}, max{-FLT_MAX, -FLT_MAX, -FLT_MAX};
+
+        bool IsEmpty() const { return min.x > max.x; }
+        void Add(const LPoint3& p) {
+            min = {std::min(min.x, p.x), std::min(min.y, p.y), std::min(min.z, p.z)};
+            max = {std::max(max.x, p.x), std::max(max.y, p.y), std::max(max.z, p.z)};
+        }
+        void Add(const DirtyBox& box) {
+            if (box.IsEmpty()) return;
+            Add(box.min);
+            Add(box.max);
+        }
     };
 
     /// Calls job(first, last, worker) over 0..count-1, on the workers when there are some.
@@ -97,8 +113,10 @@ class LDisplayCache {
     void CalcVerts(std::span<const int> verts);
     void CalcFaceNormals(std::span<const int> faces);
     void CalcVertNormals(std::span<const int> verts);
-    LPoint3 FaceNormal(int f) const;
-    LPoint3 VertNormal(int v) const;
+    template <class FaceAt>
+    void FillFaceNormals(int first, int last, const FaceAt& faceAt);
+    template <class VertAt>
+    void FillVertNormals(int first, int last, const VertAt& vertAt);
 
     LNode* owner_;
     LThreadGroup* workers_;

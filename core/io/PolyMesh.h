@@ -8,11 +8,12 @@
 
 namespace VantrelSDK {
 
-/// A mesh of polygons as a file holds it: what the core reads its triangles from and what it writes.
+/// A mesh of polygons as a file holds it: what the core reads its triangles from and what it
+/// writes.
 struct PolyMesh {
-    /// A line of the file that stands before polygon `polygon` (which may be the number of polygons,
-    /// for lines at the end): groups, objects, smoothing groups, material names, material libraries.
-    /// The text is the whole line without its end, such as "usemtl skin".
+    /// A line of the file that stands before polygon `polygon` (which may be the number of
+    /// polygons, for lines at the end): groups, objects, smoothing groups, material names, material
+    /// libraries. The text is the whole line without its end, such as "usemtl skin".
     struct Statement {
         int polygon = 0;
         std::string text;

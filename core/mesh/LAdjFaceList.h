@@ -27,6 +27,7 @@ class LAdjFaceList {
     /// The numbers of the faces around vertex v, each once, ascending; none for a vertex out of
     /// range.
     std::span<const int> GetAdjFacesForVert(int v) const { return rows_.Row(v); }
+    const LIndexRows& Rows() const { return rows_; }
     int nverts() const { return rows_.NumRows(); }
     int nfaces() const { return nfaces_; }
     virtual size_t MemoryUsed() const { return rows_.MemoryUsed(); }

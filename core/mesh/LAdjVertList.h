@@ -22,6 +22,7 @@ class LAdjVertList {
     /// Each neighbour once, in the order in which the faces around v, ascending, name them. None
     /// for a vertex out of range, without faces or left out by a mask.
     std::span<const int> GetAdjVertsForVert(int v) const { return rows_.Row(v); }
+    const LIndexRows& Rows() const { return rows_; }
     int nverts() const { return rows_.NumRows(); }
     size_t MemoryUsed() const { return rows_.MemoryUsed(); }
 

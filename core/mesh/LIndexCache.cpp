@@ -6,8 +6,15 @@
 namespace VantrelSDK {
 
 void LIndexCache::Clear() {
-    for (const int i : items_) marks_[i] = 0;
+    if (!unmarked_)
+        for (const int i : items_) marks_[i] = 0;
+    unmarked_ = false;
     items_.clear();
+}
+
+void LIndexCache::MarkItems() {
+    for (const int i : items_) marks_[i] = 1;
+    unmarked_ = false;
 }
 
 bool LIndexCache::Reserve(size_t count) {
@@ -21,6 +28,7 @@ bool LIndexCache::Reserve(size_t count) {
 
 bool LIndexCache::Reset(int universe) {
     items_.clear();
+    unmarked_ = false;
     return marks_.Reset(universe > 0 ? universe : 0);
 }
 

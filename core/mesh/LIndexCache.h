@@ -31,6 +31,7 @@ class LIndexCache {
 
     /// True when i is new. False for one that is present or below 0, and without memory.
     bool Add(int i) {
+        if (unmarked_) MarkItems();
         if (static_cast<size_t>(i) >= marks_.size() && !Grow(i)) return false;
         if (marks_[i]) return false;
         try {
@@ -41,10 +42,23 @@ class LIndexCache {
         marks_[i] = 1;
         return true;
     }
-    bool Get(int i) const { return static_cast<size_t>(i) < marks_.size() && marks_[i]; }
+    bool Get(int i) {
+        if (unmarked_) MarkItems();
+        return static_cast<size_t>(i) < marks_.size() && marks_[i];
+    }
+    /// Adds numbers of the universe of which none is in and none comes twice. When nothing else has
+    /// been added since Clear, marking them waits until somebody asks.
+    void AddUnique(std::span<const int> items) {
+        if (!unmarked_ && !items_.empty()) {
+            for (const int i : items) Add(i);
+            return;
+        }
+        unmarked_ = true;
+        items_.insert(items_.end(), items.begin(), items.end());
+    }
 
-    /// Add in two halves, for workers that each have numbers of their own (all below the universe): a
-    /// worker sets the mark of a number that has none, 1 in Marks(); Join, called by one thread
+    /// Add in two halves, for workers that each have numbers of their own (all below the universe):
+    /// a worker sets the mark of a number that has none, 1 in Marks(); Join, called by one thread
     /// afterwards, takes the numbers that were marked so.
     uint8_t* Marks() { return marks_.data(); }
     void Join(std::span<const int> marked) {
@@ -65,9 +79,12 @@ class LIndexCache {
 
   private:
     bool Grow(int i);
+    void MarkItems();
 
     ZeroedArray<uint8_t> marks_;
     std::vector<int> items_;
+    /// The items came by AddUnique and have no marks yet.
+    bool unmarked_ = false;
 };
 
 }  // namespace VantrelSDK

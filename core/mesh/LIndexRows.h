@@ -26,6 +26,10 @@ class LIndexRows {
         if (static_cast<unsigned>(row) >= static_cast<unsigned>(NumRows())) return {};
         return {entries_.data() + start_[row], entries_.data() + start_[row + 1]};
     }
+    /// For loops over many rows: row r has the entries Starts()[r] to Starts()[r + 1] - 1 of
+    /// Entries().
+    const uint32_t* Starts() const { return start_.data(); }
+    const int* Entries() const { return entries_.data(); }
     /// The bytes that the rows take.
     size_t MemoryUsed() const {
         return start_.capacity() * sizeof(uint32_t) + entries_.capacity() * sizeof(int);

@@ -41,7 +41,9 @@ void LMesh::CopyFrom(const LMesh* other) {
     topology_ = other->topology_;
 }
 
-void LMesh::ClearVerts() { std::fill(verts_.begin(), verts_.end(), LPoint3::Zero); }
+void LMesh::ClearVerts() {
+    std::fill(verts_.begin(), verts_.end(), LPoint3::Zero);
+}
 
 LFace* LMesh::GetFacesPtr() {
     if (!topology_) return nullptr;

@@ -70,11 +70,11 @@ class LMesh {
     /// The faces, by number.
     std::span<const LFace> Faces() const;
 
-    /// The frame of one triangle: X = b - a, Y = c - a, Z the unit normal, translation a. X and Y keep
-    /// the triangle's shape. False, and the identity, when b or c equals a.
+    /// The frame of one triangle: X = b - a, Y = c - a, Z the unit normal, translation a. X and Y
+    /// keep the triangle's shape. False, and the identity, when b or c equals a.
     bool calcTM(const LFace& face, LMatrix3& tm) const;
-    /// As above, with Z the normalised mean of the cross products of the non-degenerate faces around
-    /// corner 0.
+    /// As above, with Z the normalised mean of the cross products of the non-degenerate faces
+    /// around corner 0.
     bool calcTM(const LFace& face, const LAdjFaceList& adjacency, LMatrix3& tm) const;
 
   protected:

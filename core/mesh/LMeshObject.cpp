@@ -176,8 +176,8 @@ void LMeshObject::ShowAll() {
     UpdateLevelVisibility();
 }
 
-/// Faces of this state give it to their edge neighbours, and those that then have it to the ones across
-/// their hidden edges, so that polygons stay whole.
+/// Faces of this state give it to their edge neighbours, and those that then have it to the ones
+/// across their hidden edges, so that polygons stay whole.
 void LMeshObject::SpreadSelection(uint8_t state) {
     if (!hasSelection_ || !geom_) return;
     const auto topology = geom_->GetLevelTopology(0);
@@ -199,9 +199,13 @@ void LMeshObject::SpreadSelection(uint8_t state) {
     UpdateLevelSelction();
 }
 
-void LMeshObject::ExpandSelection() { SpreadSelection(1); }
+void LMeshObject::ExpandSelection() {
+    SpreadSelection(1);
+}
 
-void LMeshObject::ReduceSelection() { SpreadSelection(0); }
+void LMeshObject::ReduceSelection() {
+    SpreadSelection(0);
+}
 
 void LMeshObject::ClearSelection() {
     std::fill(fselection_.begin(), fselection_.end(), 0);
@@ -230,8 +234,8 @@ void LMeshObject::ForEachSubFace(int face, Visit visit) const {
     }
 }
 
-/// What is selected on a level is the inside of the selected base region: a vertex that it shares with
-/// a face outside is not.
+/// What is selected on a level is the inside of the selected base region: a vertex that it shares
+/// with a face outside is not.
 void LMeshObject::UpdateLevelSelction() {
     if (!geom_) return;
     SizeLevelArrays();
@@ -250,8 +254,8 @@ void LMeshObject::UpdateLevelSelction() {
                 for (const int v : topology->Faces()[sub].v) vselectionLvl_[v] = 0;
         });
     }
-    vertsSelected_ = std::find(vselectionLvl_.begin(), vselectionLvl_.end(), 1) !=
-                     vselectionLvl_.end();
+    vertsSelected_ =
+        std::find(vselectionLvl_.begin(), vselectionLvl_.end(), 1) != vselectionLvl_.end();
 }
 
 void LMeshObject::UpdateLevelVisibility() {
@@ -399,8 +403,8 @@ void LMeshObject::calcFaceNormals(bool selectedOnly, bool weightedOnly) {
     for (int f = 0; f < GetNumFaces(); ++f) {
         const LFace& face = topology->Faces()[f];
         if (selectedOnly && !IsFaceSelected(f)) continue;
-        if (weightedOnly && (weights_[face.v[0]] == 0 || weights_[face.v[1]] == 0 ||
-                             weights_[face.v[2]] == 0))
+        if (weightedOnly &&
+            (weights_[face.v[0]] == 0 || weights_[face.v[1]] == 0 || weights_[face.v[2]] == 0))
             continue;
         fNormals_[f] = geom_->GetFaceNormal(f);
     }

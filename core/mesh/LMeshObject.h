@@ -60,8 +60,8 @@ class LMeshObject {
     /// The selection flags of the active level's vertices, one byte a vertex.
     std::span<const uint8_t> SelectedVerts() const { return vselectionLvl_; }
 
-    /// Edits by base face. HideFace and ShowFace change the base alone: call UpdateLevelVisibility when
-    /// done; SelectFace brings the levels up to date when asked.
+    /// Edits by base face. HideFace and ShowFace change the base alone: call UpdateLevelVisibility
+    /// when done; SelectFace brings the levels up to date when asked.
     void SelectFace(int i, bool state, bool updateLevels);
     /// Changes the base alone.
     void SelectAll(bool state);
@@ -94,9 +94,9 @@ class LMeshObject {
     bool DeleteTopLevelSudiv(bool keepArrays);
     bool SetActiveSubdivLevel(int level);
 
-    /// Rebuilds all levels from a new base shape (one position a base vertex; null: from the input as
-    /// it is), each by the rule that it was made with. The levels become those of `delta` (null: those
-    /// there are), or `numLevels` above the base when that is not -1. False without geometry.
+    /// Rebuilds all levels from a new base shape (one position a base vertex; null: from the input
+    /// as it is), each by the rule that it was made with. The levels become those of `delta` (null:
+    /// those there are), or `numLevels` above the base when that is not -1. False without geometry.
     bool Update(const LPoint3* newBase, const LSubdivMesh* delta, int numLevels);
     /// The base level as it came in, and after smoothing; `count` takes their length.
     const LPoint3* GetInput(int& count) const;

@@ -12,9 +12,9 @@ namespace VantrelSDK {
 
 /// The faces of one level and the tables made from them, shared by every mesh of that level.
 ///
-/// The object's geometry, the delta, the display cache, the octree and all level copies point to one
-/// topology, so that it is held once. It never changes once it is shared: an edit of a mesh's faces
-/// makes a new one.
+/// The object's geometry, the delta, the display cache, the octree and all level copies point to
+/// one topology, so that it is held once. It never changes once it is shared: an edit of a mesh's
+/// faces makes a new one.
 class LMeshTopology {
   public:
     /// `faces` name vertices 0 to nverts - 1; the number of a face is its place, its `id` the same.

@@ -13,7 +13,9 @@ namespace VantrelSDK {
 int LOctTree::prefLeafSize = 70;
 bool LOctTree::prefIgnoreBackFace = true;
 
-void LOctTree::SetLeafSizePref(int size) { prefLeafSize = std::max(size, 1); }
+void LOctTree::SetLeafSizePref(int size) {
+    prefLeafSize = std::max(size, 1);
+}
 
 void TreeHits::Clear() {
     faces.clear();
@@ -412,7 +414,8 @@ bool LOctTree::HasSameBoxes(const LOctTree& other) const {
         return false;
     for (size_t l = 0; l < leaves_.size(); ++l) {
         if (!same(leaves_[l].box, other.leaves_[l].box)) return false;
-        for (int p = leaves_[l].firstPacket; p < leaves_[l].firstPacket + leaves_[l].numPackets; ++p)
+        for (int p = leaves_[l].firstPacket; p < leaves_[l].firstPacket + leaves_[l].numPackets;
+             ++p)
             if (!same(packetBoxes_[p / kWide].Get(p % kWide),
                       other.packetBoxes_[p / kWide].Get(p % kWide)))
                 return false;

@@ -54,16 +54,16 @@ struct TreeHits {
 /// Spatial queries over one level's triangles: which faces and vertices lie under a brush, where a
 /// ray hits, which surface point is nearest.
 ///
-/// An octree over the faces' centroids (each visible face in one leaf of at most prefLeafSize faces),
-/// laid out flat: a split holds the boxes of its eight children side by side; a leaf holds its faces
-/// in packets of up to nine with a box each, and the positions of the vertices that it owns (those met
-/// first in its faces) in a row, so that a brush reads memory in a line. After a change of positions
-/// the boxes are refitted and the assignment stays.
+/// An octree over the faces' centroids (each visible face in one leaf of at most prefLeafSize
+/// faces), laid out flat: a split holds the boxes of its eight children side by side; a leaf holds
+/// its faces in packets of up to nine with a box each, and the positions of the vertices that it
+/// owns (those met first in its faces) in a row, so that a brush reads memory in a line. After a
+/// change of positions the boxes are refitted and the assignment stays.
 ///
 /// Queries find what a search of all faces would find, always: boxes hold all corners of their
-/// faces, and a box is tested with the very arithmetic of the vertices in it. Hidden faces are not in
-/// the tree. A tree serves one query at a time; with a worker group set, a large brush query runs on
-/// it, with the same result in the same order.
+/// faces, and a box is tested with the very arithmetic of the vertices in it. Hidden faces are not
+/// in the tree. A tree serves one query at a time; with a worker group set, a large brush query
+/// runs on it, with the same result in the same order.
 class LOctTree {
   public:
     /// Faces a leaf holds at most, unless they can't be told apart. Read by the next build.
@@ -79,8 +79,8 @@ class LOctTree {
         float radius = 0;
     };
 
-    /// A step of a brush from p0 to p1 as a line with a radius, ends open: a vertex is in it when it is
-    /// nearer than `radius` to the line through p0 and p1, and in `bounds`.
+    /// A step of a brush from p0 to p1 as a line with a radius, ends open: a vertex is in it when
+    /// it is nearer than `radius` to the line through p0 and p1, and in `bounds`.
     struct Line {
         Sphere bounds;
         LPoint3 p0, p1;
@@ -89,7 +89,6 @@ class LOctTree {
 
     /// A step of a brush from p0 to p1 with the weight it gives. p0 and p1 differ.
     struct Sweep {
-        Sphere bounds;
         LPoint3 p0, p1;
         /// The start of the step before; equal to p0 when there is none.
         LPoint3 prev;
@@ -122,12 +121,13 @@ class LOctTree {
     void Rebuild(const LPoint3* verts, std::span<const uint8_t> hiddenFaces);
     /// Refits all boxes to new positions.
     void Recalc(const LPoint3* verts);
-    /// Refits what the listed vertices changed; the boxes are those of a whole refit. `verts` has all
-    /// positions, of which only the listed ones differ from the tree's.
+    /// Refits what the listed vertices changed; the boxes are those of a whole refit. `verts` has
+    /// all positions, of which only the listed ones differ from the tree's.
     void Recalc(const LPoint3* verts, std::span<const int> moved);
 
     bool IsEmpty() const { return leaves_.empty(); }
-    /// The root's box: after a build that of the mesh with a margin, after a refit that of the leaves.
+    /// The root's box: after a build that of the mesh with a margin, after a refit that of the
+    /// leaves.
     bool GetBBox(LPoint3& min, LPoint3& max) const;
     /// The root box's diagonal.
     LPoint3 GetExtent() const { return rootMax_ - rootMin_; }
@@ -136,8 +136,8 @@ class LOctTree {
     size_t MemoryUse() const;
 
     /// The queries take one volume, or two (the halves of a symmetric brush) and join the results.
-    /// They append to `hits` and find only what its lists (from the calls before) don't hold: a list
-    /// that is empty starts anew. True when anything is found.
+    /// They append to `hits` and find only what its lists (from the calls before) don't hold: a
+    /// list that is empty starts anew. True when anything is found.
 
     /// Vertices strictly within a sphere, into hits.verts.
     bool FindVerts(std::span<const Sphere> spheres, TreeHits& hits);
@@ -145,7 +145,8 @@ class LOctTree {
     bool FindFaces(std::span<const Sphere> spheres, TreeHits& hits);
     /// Faces with a corner in a line, and their three corners.
     bool FindFaces(std::span<const Line> lines, TreeHits& hits);
-    /// Vertices that a sweep gives a weight above 0, the greater of several; faces with such a corner.
+    /// Vertices that a sweep gives a weight above 0, the greater of several; faces with such a
+    /// corner.
     bool FindFaces(std::span<const Sweep> sweeps, TreeHits& hits);
     /// Faces with a corner strictly within the sphere, or whose ball around the centroid through
     /// corner 0 meets it; into `faces`.
@@ -200,7 +201,8 @@ class LOctTree {
 
     struct Leaf {
         Box box;
-        /// The first packet is lane 0 of a WideBox; each holds packetFaces faces, the last one fewer.
+        /// The first packet is lane 0 of a WideBox; each holds packetFaces faces, the last one
+        /// fewer.
         int firstPacket, numPackets, packetFaces;
         int firstFace, numFaces;
         int firstSlot, numSlots;

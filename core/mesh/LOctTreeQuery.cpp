@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <cmath>
+#include <optional>
 
 #include "core/math/Geometry.h"
 #include "core/mesh/LOctTree.h"
@@ -57,34 +58,36 @@ struct LineVolume {
 
 struct SweepVolume {
     explicit SweepVolume(const LOctTree::Sweep& s)
-        : bounds(s.bounds),
+        : bounds({(s.p0 + s.p1) * 0.5f, (s.radius + (s.p1 - s.p0).Len() * 0.5f) * 1.00001f}),
           p0(s.p0),
           p1(s.p1),
           prev(s.prev),
           axis(s.p1 - s.p0),
           prevAxis(s.p0 - s.prev),
-          len(axis.Len()),
-          prevLen(prevAxis.Len()),
+          perLen(1 / axis.Len()),
+          perPrevLen(1 / prevAxis.Len()),
           radius(s.radius),
           radius2(s.radius * s.radius),
           accumulate(s.accumulate),
-          falloff(s.falloff) {}
+          curve(s.falloff ? std::optional<FalloffSampler>({*s.falloff, s.radius}) : std::nullopt) {}
 
     bool Touches(const LPoint3& lo, const LPoint3& hi) const { return bounds.Touches(lo, hi); }
 
     float Weight(const LPoint3& v) const {
-        if (!(bounds.Weight(v) > 0)) return 0;
         const LPoint3 from0 = v - p0, from1 = v - p1;
-        const float distance = (axis ^ from0).Len() / len;
-        if (!(distance < radius)) return 0;
-        const float a2 = from0.LenSq(), b2 = from1.LenSq();
         const bool projects = from0 % axis > 0 && from1 % axis < 0;
-        if (!projects && !(a2 < radius2) && !(b2 < radius2)) return 0;
-        if (!falloff) return 1;
-        const float middle = projects ? falloff->Value(distance, radius) : 0;
-        const float end = falloff->Value(std::sqrt(b2), radius);
-        const float start = falloff->Value(std::sqrt(a2), radius);
-        const float weight = std::max(end, middle);
+        const float a2 = from0.LenSq(), b2 = from1.LenSq();
+        if (!curve || (curve->Falls() && !accumulate)) {
+            const float nearest =
+                projects ? (axis ^ from0).Len() * perLen : std::sqrt(std::min(a2, b2));
+            if (!(nearest < radius)) return 0;
+            return curve ? (*curve)(nearest) : 1;
+        }
+        const float distance = projects ? (axis ^ from0).Len() * perLen : radius;
+        if (!(distance < radius || a2 < radius2 || b2 < radius2)) return 0;
+        const float middle = projects ? (*curve)(distance) : 0;
+        const float start = (*curve)(std::sqrt(a2));
+        const float weight = std::max((*curve)(std::sqrt(b2)), middle);
         if (!accumulate) return std::max(weight, start);
         if (!(weight > 0) || prev == p0) return weight;
         return std::max(weight - std::max(start, FormerWeight(v)), 0.0f);
@@ -93,15 +96,16 @@ struct SweepVolume {
     /// What the step before gave along its line.
     float FormerWeight(const LPoint3& v) const {
         if (!((v - prev) % prevAxis > 0 && (v - p0) % prevAxis < 0)) return 0;
-        const float distance = (prevAxis ^ (prev - v)).Len() / prevLen;
-        return distance > 0.01f && distance < radius ? falloff->Value(distance, radius) : 0;
+        const float distance = (prevAxis ^ (prev - v)).Len() * perPrevLen;
+        return distance > 0.01f && distance < radius ? (*curve)(distance) : 0;
     }
 
+    /// A ball that holds the capsule around the segment.
     SphereVolume bounds;
     LPoint3 p0, p1, prev, axis, prevAxis;
-    float len, prevLen, radius, radius2;
+    float perLen, perPrevLen, radius, radius2;
     bool accumulate;
-    const LFalloffCache* falloff;
+    std::optional<FalloffSampler> curve;
 };
 
 }  // namespace
@@ -170,8 +174,8 @@ void LOctTree::ScanVerts(const Volumes<Volume>& volumes, int first, int last, Tr
     }
 }
 
-/// Faces with a corner inside, and in `ring` the slots of their corners that are in no list yet (one
-/// slot perhaps several times).
+/// Faces with a corner inside, and in `ring` the slots of their corners that are in no list yet
+/// (one slot perhaps several times).
 void LOctTree::ScanFaces(int first, int last, TreeHits& hits, std::vector<int>& ring) {
     for (int l = first; l < last; ++l) {
         const Leaf& leaf = leaves_[leafList_[l]];
@@ -320,10 +324,9 @@ bool LOctTree::FindFaces(const LPrism& prism, std::vector<int>& faces) const {
 
 namespace {
 
-/// The point of triangle abc nearest p as the tree tells it: the foot of p when it falls inside, else
-/// the nearest corner.
-LPoint3 ClosestPointOnFace(const LPoint3& p, const LPoint3& a, const LPoint3& b,
-                           const LPoint3& c) {
+/// The point of triangle abc nearest p as the tree tells it: the foot of p when it falls inside,
+/// else the nearest corner.
+LPoint3 ClosestPointOnFace(const LPoint3& p, const LPoint3& a, const LPoint3& b, const LPoint3& c) {
     const LPoint3 u = b - a, v = c - a, w = p - a;
     const double uu = u.LenSq(), uv = u % v, vv = v.LenSq(), wu = w % u, wv = w % v;
     const double det = uu * vv - uv * uv;
@@ -382,9 +385,8 @@ bool LOctTree::FindClosetPoint(const LPoint3& p, float r, ClosestHit& hit) const
             const float d = distance(split.boxes.Get(k));
             if (d <= best) stack[top++] = {d, split.child[k]};
         }
-        std::sort(stack + base, stack + top, [](const Entry& a, const Entry& b) {
-            return a.distance > b.distance;
-        });
+        std::sort(stack + base, stack + top,
+                  [](const Entry& a, const Entry& b) { return a.distance > b.distance; });
     }
     if (bestFace < 0) return false;
     hit = {bestFace, bestPoint, std::sqrt(best)};

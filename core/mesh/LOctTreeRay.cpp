@@ -14,7 +14,8 @@ struct TreeRay {
         const float o[3] = {origin.x, origin.y, origin.z}, d[3] = {dir.x, dir.y, dir.z};
         for (int axis = 0; axis < 3; ++axis) {
             // A ray along a face of a box must not form 0 * infinity.
-            const float safe = std::fabs(d[axis]) < 1e-20f ? std::copysign(1e-20f, d[axis]) : d[axis];
+            const float safe =
+                std::fabs(d[axis]) < 1e-20f ? std::copysign(1e-20f, d[axis]) : d[axis];
             negative[axis] = safe < 0;
             p[axis] = _mm_set1_ps(o[axis]);
             inverse[axis] = _mm_set1_ps(1.0f / safe);
@@ -36,10 +37,10 @@ inline int MeetBoxes(const TreeRay& ray, const float* lo, const float* hi, float
     for (int axis = 0; axis < 3; ++axis) {
         const float* first = ray.negative[axis] ? hi : lo;
         const float* second = ray.negative[axis] ? lo : hi;
-        const __m128 in = _mm_mul_ps(_mm_sub_ps(_mm_load_ps(first + 8 * axis), ray.p[axis]),
-                                     ray.inverse[axis]);
-        const __m128 out = _mm_mul_ps(_mm_sub_ps(_mm_load_ps(second + 8 * axis), ray.p[axis]),
-                                      ray.inverse[axis]);
+        const __m128 in =
+            _mm_mul_ps(_mm_sub_ps(_mm_load_ps(first + 8 * axis), ray.p[axis]), ray.inverse[axis]);
+        const __m128 out =
+            _mm_mul_ps(_mm_sub_ps(_mm_load_ps(second + 8 * axis), ray.p[axis]), ray.inverse[axis]);
         enter = _mm_max_ps(enter, in);
         leave = _mm_min_ps(leave, out);
     }
@@ -106,7 +107,8 @@ bool LOctTree::TraceRay(const LPoint3& origin, const LPoint3& dir, RayHit& hit,
         const Split& split = splits_[entry.node];
         const int base = top;
         for (int half = 0; half < kWide; half += 4) {
-            int mask = MeetBoxes(ray, &split.boxes.lo[0][half], &split.boxes.hi[0][half], best.t, near);
+            int mask =
+                MeetBoxes(ray, &split.boxes.lo[0][half], &split.boxes.hi[0][half], best.t, near);
             for (; mask; mask &= mask - 1) {
                 const int k = __builtin_ctz(mask);
                 if (split.child[half + k] == kNone) continue;

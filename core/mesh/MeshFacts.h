@@ -15,8 +15,8 @@ struct MeshFacts {
     long long uvs = 0;
     /// The box of all vertices; zero without any.
     LPoint3 min, max;
-    /// Polygon edges with one polygon side, and with more than two. An edge between two corners on one
-    /// vertex counts as none.
+    /// Polygon edges with one polygon side, and with more than two. An edge between two corners on
+    /// one vertex counts as none.
     long long openEdges = 0, nonManifoldEdges = 0;
 };
 

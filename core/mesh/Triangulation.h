@@ -12,6 +12,8 @@ namespace VantrelSDK {
 LMesh Triangulate(const PolyMesh& polygons);
 
 /// The first face of polygon p; p may be the number of polygons.
-inline int FirstFaceOf(const PolyMesh& polygons, int p) { return polygons.polygonStart[p] - 2 * p; }
+inline int FirstFaceOf(const PolyMesh& polygons, int p) {
+    return polygons.polygonStart[p] - 2 * p;
+}
 
 }  // namespace VantrelSDK

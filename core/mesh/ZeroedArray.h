@@ -12,9 +12,9 @@ namespace VantrelSDK {
 
 /// An array of trivially copyable elements whose bytes start as zero.
 ///
-/// A large array comes straight from the system as pages that are zeroed when they are first touched,
-/// so that it costs only what is written: a buffer of mesh size may be made inside a stroke, and what
-/// the stroke never touches is never paid.
+/// A large array comes straight from the system as pages that are zeroed when they are first
+/// touched, so that it costs only what is written: a buffer of mesh size may be made inside a
+/// stroke, and what the stroke never touches is never paid.
 template <class T>
 class ZeroedArray {
     static_assert(std::is_trivially_copyable_v<T>);
@@ -33,10 +33,9 @@ class ZeroedArray {
     bool Reset(size_t size) {
         Release();
         if (size == 0 || size > SIZE_MAX / sizeof(T)) return size == 0;
-        void* data = IsMapped(size)
-                         ? mmap(nullptr, size * sizeof(T), PROT_READ | PROT_WRITE,
-                                MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)
-                         : std::calloc(size, sizeof(T));
+        void* data = IsMapped(size) ? mmap(nullptr, size * sizeof(T), PROT_READ | PROT_WRITE,
+                                           MAP_PRIVATE | MAP_ANONYMOUS, -1, 0)
+                                    : std::calloc(size, sizeof(T));
         if (!data || data == MAP_FAILED) return false;
         data_ = static_cast<T*>(data);
         size_ = size;

@@ -37,15 +37,15 @@ class UndoStack {
     std::deque<UndoData> records_;
 };
 
-/// The working delta of a node: an offset from the base shape for each vertex of all levels, in object
-/// space during a sculpt session. The brushes write here.
+/// The working delta of a node: an offset from the base shape for each vertex of all levels, in
+/// object space during a sculpt session. The brushes write here.
 ///
-/// A stroke pays for the vertices that it touches: before a vertex is first written its value is kept,
-/// and the undo record is made of what was kept.
+/// A stroke pays for the vertices that it touches: before a vertex is first written its value is
+/// kept, and the undo record is made of what was kept.
 ///
 /// All levels lie in one array, so a stroke on a lower level writes only its first part. The levels
-/// above follow when the level changes: they take the interpolation of what changed, and where nothing
-/// changed keep their bits.
+/// above follow when the level changes: they take the interpolation of what changed, and where
+/// nothing changed keep their bits.
 class LMorphDelta {
   public:
     /// All zero, with the topology of `geom`. `owner` is borrowed and may be null.
@@ -81,8 +81,8 @@ class LMorphDelta {
     void Join(std::span<const int> kept) { dirty_.Join(kept); }
     /// The vertices of the stroke so far, each once.
     std::span<const int> DirtyVerts() const { return dirty_.Items(); }
-    /// Makes the undo record of the stroke (with `full`, one of the whole level before it) and starts
-    /// anew. Returns the number of vertices that the stroke changed.
+    /// Makes the undo record of the stroke (with `full`, one of the whole level before it) and
+    /// starts anew. Returns the number of vertices that the stroke changed.
     int CacheUndo(bool full);
     /// Pushes an empty record, which keeps the stacks of several deltas in step.
     void FakeUndo() { undos_.Push({}); }
@@ -102,8 +102,8 @@ class LMorphDelta {
 
     /// Remembers the active level as the upper levels know it. Nothing at the top unless `force`.
     void CacheDetails(bool force);
-    /// Carries what changed on the active level since CacheDetails up to the top. False when there was
-    /// nothing to do.
+    /// Carries what changed on the active level since CacheDetails up to the top. False when there
+    /// was nothing to do.
     bool UpdateFullRes();
     void UpdateUpperLayers() {
         UpdateFullRes();

@@ -8,8 +8,8 @@ struct StrokeStep;
 /// One mode of the sculpt tool.
 struct BrushMode {
     const char* name;
-    /// What a press does for the mode; `atPress` is false when a modifier key brings the mode into a
-    /// stroke that another mode began. Unless `force`, weights that are there are kept.
+    /// What a press does for the mode; `atPress` is false when a modifier key brings the mode into
+    /// a stroke that another mode began. Unless `force`, weights that are there are kept.
     void (*prepare)(StrokeStep& step, bool atPress, bool force);
     /// What a step does. True when the surface changed.
     bool (*step)(StrokeStep& step);

@@ -9,7 +9,9 @@
 
 namespace VantrelSDK {
 
-int SymmetryAxis(int symmetry) { return symmetry >= 1 && symmetry <= 3 ? symmetry - 1 : -1; }
+int SymmetryAxis(int symmetry) {
+    return symmetry >= 1 && symmetry <= 3 ? symmetry - 1 : -1;
+}
 
 LPoint3 Mirrored(LPoint3 p, int axis) {
     if (axis == 0) p.x = -p.x;
@@ -35,10 +37,11 @@ BrushWeights::BrushWeights(LNode& node, Set set, const LPoint3& c, const LPatter
       max_(set == Set::kSculpt ? node.getFalloffMax() : node.getFalloffMax2()),
       radius_(node.lradius()),
       radius2_(radius_ * radius_),
-      curve_(set == Set::kSculpt ? node.lfalloff1() : node.lfalloff2()),
       pattern_(pattern),
       centre_(c),
       mirror_(node.MirrorPosition(c)) {
+    const LFalloffCache* curve = set == Set::kSculpt ? node.lfalloff1() : node.lfalloff2();
+    if (curve) curve_.emplace(*curve, radius_);
     if (!pattern) return;
     const LPoint3 normal = node.lnormal(), orth = node.lorth();
     const LPoint3 mirrorNormal = Mirrored(normal, axis_), mirrorOrth = Mirrored(orth, axis_);
@@ -51,7 +54,7 @@ BrushWeights::BrushWeights(LNode& node, Set set, const LPoint3& c, const LPatter
 float BrushWeights::Falloff(float distance2) const {
     if (!soft_) return 1;
     const float distance = std::sqrt(distance2);
-    if (ramp_) return curve_ ? curve_->Value(distance, radius_) : 0;
+    if (ramp_) return curve_ ? (*curve_)(distance) : 0;
     return static_cast<float>((1.0 - static_cast<double>(distance) / radius_) *
                                   (static_cast<double>(max_) - min_) +
                               min_);
@@ -76,8 +79,7 @@ float BrushWeights::SculptWeight(const LPoint3& d, const LPoint3& dm, float a, f
 float BrushWeights::PaintWeight(const LPoint3& d, const LPoint3& dm, float a, float b) const {
     if (b > radius2_) return Pattern(frame_, d) * Falloff(a);
     if (a > radius2_) return Pattern(mirrorFrame_, dm) * Falloff(b);
-    return std::max(Pattern(frame_, d) * Falloff(a),
-                    Pattern(mixedFrame_, dm) * Falloff(b));
+    return std::max(Pattern(frame_, d) * Falloff(a), Pattern(mixedFrame_, dm) * Falloff(b));
 }
 
 }  // namespace VantrelSDK

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
+
 #include "core/math/LPoint3.h"
+#include "core/sculpt/LFalloffCache.h"
 
 namespace VantrelSDK {
 
-class LFalloffCache;
 class LNode;
 class LPattern;
 
@@ -26,8 +28,8 @@ struct PatternFrame {
 /// How a brush weighs a position: falloff and pattern, and the mirror image of the brush in a
 /// symmetric stroke. Made once a step from the node's settings, then asked for each vertex.
 ///
-/// Set 1 is the curve of the dragging modes, set 2 that of the stroke modes; they also treat the two
-/// sides of a symmetric brush differently.
+/// Set 1 is the curve of the dragging modes, set 2 that of the stroke modes; they also treat the
+/// two sides of a symmetric brush differently.
 class BrushWeights {
   public:
     enum class Set { kSculpt = 1, kPaint = 2 };
@@ -63,7 +65,7 @@ class BrushWeights {
     int axis_;
     bool soft_, ramp_;
     float min_, max_, radius_, radius2_;
-    const LFalloffCache* curve_;
+    std::optional<FalloffSampler> curve_;
     const LPattern* pattern_;
     LPoint3 centre_, mirror_;
     /// The direct frame, the mirrored frame, and the direct frame with the mirrored normal.

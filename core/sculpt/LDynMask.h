@@ -10,7 +10,8 @@ class LNode;
 class LDynMask {
   public:
     virtual ~LDynMask() = default;
-    /// 0 to 1: how much of a brush's weight a position of the surface lets through. Called by workers.
+    /// 0 to 1: how much of a brush's weight a position of the surface lets through. Called by
+    /// workers.
     virtual float GetWeight(const LNode* node, const LPoint3& p) const = 0;
 };
 

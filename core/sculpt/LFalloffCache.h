@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 namespace VantrelSDK {
@@ -33,8 +34,41 @@ class LFalloffCache {
     }
 
   protected:
+    friend class FalloffSampler;
+
     std::vector<float> values, locations;
     float dt;
+};
+
+/// A curve made ready for many vertices of one brush: the value of LFalloffCache::Value but for the
+/// last bit, with the divisions done once.
+class FalloffSampler {
+  public:
+    /// The curve is borrowed and not null.
+    FalloffSampler(const LFalloffCache& curve, float radius)
+        : values_(curve.values.data()),
+          locations_(curve.locations.data()),
+          n_(static_cast<int>(curve.values.size()) - 1),
+          radius_(radius),
+          perRadius_(1 / radius),
+          perStep_(1 / curve.dt),
+          falls_(std::is_sorted(curve.values.rbegin(), curve.values.rend())) {}
+
+    float operator()(float d) const {
+        if (d >= radius_) return d == radius_ ? values_[n_] : 0;
+        const float x = d * perRadius_;
+        const int k = static_cast<int>(n_ * x);
+        if (k >= n_) return values_[n_];
+        return values_[k] + (values_[k + 1] - values_[k]) * ((x - locations_[k]) * perStep_);
+    }
+    /// The curve never rises: the nearest of several distances has the greatest value.
+    bool Falls() const { return falls_; }
+
+  private:
+    const float *values_, *locations_;
+    int n_;
+    float radius_, perRadius_, perStep_;
+    bool falls_;
 };
 
 /// The linear curve as samples: `max` in the centre, `min` at the rim.

@@ -17,14 +17,14 @@ class LHeadlessNode : public LNode {
     /// `workers` 0 means one per processor. `progress` may be empty.
     explicit LHeadlessNode(int workers = 0, ProgressFactory progress = {});
 
-    /// Takes a mesh to sculpt. False, with the reason, when there is nothing to sculpt or a number is
-    /// out of range.
+    /// Takes a mesh to sculpt. False, with the reason, when there is nothing to sculpt or a number
+    /// is out of range.
     bool Load(const PolyMesh& mesh, std::string& error);
 
-    /// What was sculpted, at a level: object plus delta. At level 0 the polygons of `source` (what was
-    /// loaded), above it triangles, with the groups and materials of the polygons that they lie in.
-    /// Levels above the active one have followed. False, with the reason, when a position has left
-    /// the range of numbers.
+    /// What was sculpted, at a level: object plus delta. At level 0 the polygons of `source` (what
+    /// was loaded), above it triangles, with the groups and materials of the polygons that they lie
+    /// in. Levels above the active one have followed. False, with the reason, when a position has
+    /// left the range of numbers.
     bool GetResult(const PolyMesh& source, int level, PolyMesh& result, std::string& error);
 
     LNodeSettings& settings() { return settings_; }
@@ -53,9 +53,7 @@ class LHeadlessNode : public LNode {
     int getNumBrushSmoothIterations() const override { return settings_.brushSmoothIterations; }
     int getNumBrushSharpenIterations() const override { return settings_.brushSharpenIterations; }
     int getNumSculptSmoothIterations() const override { return settings_.sculptSmoothIterations; }
-    int getNumSculptSharpenIterations() const override {
-        return settings_.sculptSharpenIterations;
-    }
+    int getNumSculptSharpenIterations() const override { return settings_.sculptSharpenIterations; }
     int getPatternMode() const override { return settings_.patternMode; }
     bool getAffectGeometry() const override { return settings_.affectGeometry; }
     bool getUseRandomPatternRotation() const override { return settings_.randPatternRotation; }

@@ -46,22 +46,39 @@ int GetShiftMode(int mode) {
 int GetCtrlMode(int mode) {
     switch (mode) {
         case 0:
-        case 3: return 2;
-        case 2: return 3;
-        case 5: return 6;
-        case 6: return 5;
-        case 8: return 9;
-        case 9: return 8;
-        case 12: return 13;
-        case 13: return 12;
-        default: return mode;
+        case 3:
+            return 2;
+        case 2:
+            return 3;
+        case 5:
+            return 6;
+        case 6:
+            return 5;
+        case 8:
+            return 9;
+        case 9:
+            return 8;
+        case 12:
+            return 13;
+        case 13:
+            return 12;
+        default:
+            return mode;
     }
 }
 
-bool IsShiftPressed() { return shiftPressed; }
-void SetShiftPressed(bool pressed) { shiftPressed = pressed; }
-bool IsCtrlPressed() { return ctrlPressed; }
-void SetCtrlPressed(bool pressed) { ctrlPressed = pressed; }
+bool IsShiftPressed() {
+    return shiftPressed;
+}
+void SetShiftPressed(bool pressed) {
+    shiftPressed = pressed;
+}
+bool IsCtrlPressed() {
+    return ctrlPressed;
+}
+void SetCtrlPressed(bool pressed) {
+    ctrlPressed = pressed;
+}
 
 LNode::LNode(int workers)
     : lthGrp_(std::make_unique<LThreadGroup>(workers)),
@@ -103,8 +120,8 @@ bool LNode::InitSculpt() {
     lcurMorph_->CacheDetails(false);
     lentryCache_ = std::make_unique<LSubdivMesh>(*lcurMorph_->GetOrigMesh(), false);
     ++surface_;
-    const bool opened =
-        progress.Reach(0.1f) && OpenLevel([&](float done) { return progress.Reach(0.1f + 0.9f * done); });
+    const bool opened = progress.Reach(0.1f) &&
+                        OpenLevel([&](float done) { return progress.Reach(0.1f + 0.9f * done); });
     if (!opened) FinishSculpt(false);
     return opened;
 }
@@ -150,7 +167,8 @@ void LNode::FinishSculpt(bool) {
 }
 
 bool LNode::CanSubdivide(std::string& error) const {
-    /// Of a triangle of the new level: topology, positions, delta, and of an open session its caches.
+    /// Of a triangle of the new level: topology, positions, delta, and of an open session its
+    /// caches.
     constexpr long long kBytes = 120, kSessionBytes = 230;
     const LSubdivMesh& geom = *lobject_->GetOrigGeom();
     const int top = geom.GetNumSubivLevels() - 1;
@@ -256,10 +274,12 @@ bool LNode::setLevelOctTree() {
     if (!lmeshCache_) return false;
     LevelCaches& caches = ActiveCaches();
     if (!caches.tree)
-        caches.tree = std::make_unique<LOctTree>(lmeshCache_->Topology(), lmeshCache_->GetVertsPtr(),
-                                                 lobject_->HiddenFaces(), lthGrp_.get());
+        caches.tree =
+            std::make_unique<LOctTree>(lmeshCache_->Topology(), lmeshCache_->GetVertsPtr(),
+                                       lobject_->HiddenFaces(), lthGrp_.get());
     loctTree_ = caches.tree.get();
-    // Also after a build: a first refit changes boxes everywhere, which no stroke should have to do.
+    // Also after a build: a first refit changes boxes everywhere, which no stroke should have to
+    // do.
     return recalcOctTree();
 }
 
@@ -345,7 +365,6 @@ bool LNode::findFaces(const LOctTree::Line& line, TreeHits& hits) {
 bool LNode::findFaces(const LOctTree::Sweep& sweep, TreeHits& hits) {
     if (!loctTree_) return false;
     LOctTree::Sweep both[2] = {sweep, sweep};
-    both[1].bounds.centre = MirrorPosition(sweep.bounds.centre);
     both[1].p0 = MirrorPosition(sweep.p0);
     both[1].p1 = MirrorPosition(sweep.p1);
     both[1].prev = MirrorPosition(sweep.prev);
@@ -354,6 +373,8 @@ bool LNode::findFaces(const LOctTree::Sweep& sweep, TreeHits& hits) {
     return loctTree_->FindFaces(std::span(both, swept ? NumSides() : 1), hits);
 }
 
-size_t LNode::NumSides() const { return SymmetryAxis(getSymetryMode()) < 0 ? 1 : 2; }
+size_t LNode::NumSides() const {
+    return SymmetryAxis(getSymetryMode()) < 0 ? 1 : 2;
+}
 
 }  // namespace VantrelSDK

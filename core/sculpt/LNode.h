@@ -25,8 +25,12 @@ class LPattern;
 struct StrokeStep;
 
 /// Which modes drag what the press has weighted, and which are brushes whose steps add up.
-constexpr bool IsSculptTransformMode(int mode) { return mode >= 0 && mode <= 7; }
-constexpr bool IsPaintTransformMode(int mode) { return mode >= 8 && mode <= 19; }
+constexpr bool IsSculptTransformMode(int mode) {
+    return mode >= 0 && mode <= 7;
+}
+constexpr bool IsPaintTransformMode(int mode) {
+    return mode >= 8 && mode <= 19;
+}
 
 /// The mode that Shift, or Ctrl, turns a mode into.
 int GetShiftMode(int mode);
@@ -38,13 +42,13 @@ void SetShiftPressed(bool pressed);
 bool IsCtrlPressed();
 void SetCtrlPressed(bool pressed);
 
-/// The scene object of one sculpted mesh: its geometry, its delta, and the cycle of session, stroke and
-/// step in which the brushes change it.
+/// The scene object of one sculpted mesh: its geometry, its delta, and the cycle of session, stroke
+/// and step in which the brushes change it.
 ///
-/// A session (InitSculpt to FinishSculpt) holds a search tree and a display cache for the active level.
-/// A stroke is a press (InitTransform), moves (Transform) and a release (FinishTransform), and makes one
-/// undo record. Its cost follows what is under the brush, not the mesh: whole-mesh work happens when a
-/// session opens or a level changes. Positions are in object space.
+/// A session (InitSculpt to FinishSculpt) holds a search tree and a display cache for the active
+/// level. A stroke is a press (InitTransform), moves (Transform) and a release (FinishTransform),
+/// and makes one undo record. Its cost follows what is under the brush, not the mesh: whole-mesh
+/// work happens when a session opens or a level changes. Positions are in object space.
 ///
 /// Settings are read through the get... family, which a host node answers from its attributes and
 /// LHeadlessNode from plain values. All entry points run on one thread; steps fan out to the worker
@@ -70,8 +74,8 @@ class LNode {
 
     // The object and its delta.
 
-    /// Takes a mesh object. 0 done; 1 it is null or empty; 2 the node has an object and a delta, and the
-    /// new mesh differs in both counts: nothing is taken.
+    /// Takes a mesh object. 0 done; 1 it is null or empty; 2 the node has an object and a delta,
+    /// and the new mesh differs in both counts: nothing is taken.
     virtual int Init(std::unique_ptr<LMeshObject> object);
     virtual void Reset();
     /// False without an object.
@@ -82,8 +86,8 @@ class LNode {
 
     // The session.
 
-    /// Opens a session at the active level. False, and no session, without an object and a delta, or
-    /// when the user stops it. Changes no surface.
+    /// Opens a session at the active level. False, and no session, without an object and a delta,
+    /// or when the user stops it. Changes no surface.
     virtual bool InitSculpt();
     virtual void FinishSculpt(bool keep);
     bool IsSculpting() const { return lsculpt_; }
@@ -91,12 +95,12 @@ class LNode {
 
     // The stroke.
 
-    /// The press. `dir` is the view direction, `orth` the screen's horizontal and `normal` the surface
-    /// normal, all in object space; `radius` in object units. Unless `force`, weights that the object
-    /// has already are kept. False, and no stroke, without an object and a delta.
+    /// The press. `dir` is the view direction, `orth` the screen's horizontal and `normal` the
+    /// surface normal, all in object space; `radius` in object units. Unless `force`, weights that
+    /// the object has already are kept. False, and no stroke, without an object and a delta.
     virtual bool InitTransform(const LPoint3& pos, const LPoint3& dir, const LPoint3& orth,
-                               const LPoint3& normal, const LPoint2& screen, float radius,
-                               int mode, bool force);
+                               const LPoint3& normal, const LPoint2& screen, float radius, int mode,
+                               bool force);
     /// A move. False, and nothing happens, when there is no stroke or the position is the same.
     virtual bool Transform(const LPoint3& pos, const LPoint2& screen, const LPoint3& normal);
     /// The release.
@@ -108,8 +112,8 @@ class LNode {
 
     // Levels. Each flushes the undo stack, and in a session brings tree and caches to the level.
 
-    /// True when a level above the top has room in the numbering and in memory; else `error` tells the
-    /// numbers.
+    /// True when a level above the top has room in the numbering and in memory; else `error` tells
+    /// the numbers.
     bool CanSubdivide(std::string& error) const;
     /// Adds a triangle level above the top, which becomes active.
     virtual bool SubdivideAll_Loop();
@@ -119,7 +123,8 @@ class LNode {
     virtual void UpdateSubdivLevels();
     /// After a change of the hidden faces: the tree leaves them out.
     void UpdateHidden();
-    /// Makes the base shape anew from the input, after a change of its smoothing. False in a stroke.
+    /// Makes the base shape anew from the input, after a change of its smoothing. False in a
+    /// stroke.
     bool UpdateBase();
 
     // Trees and caches of the active level.
@@ -157,8 +162,8 @@ class LNode {
     float calcWeight2(int i, const LPoint3& p, const LPoint3& c);
     /// As calcWeight2 without a pattern.
     float calcWeight2tex(const LPoint3& p, const LPoint3& c);
-    /// Turns the pattern's frame along the stroke and jitters it. True when a stamp is due in this step;
-    /// savedRadius then takes the radius to restore, unless it is left alone.
+    /// Turns the pattern's frame along the stroke and jitters it. True when a stamp is due in this
+    /// step; savedRadius then takes the radius to restore, unless it is left alone.
     bool adjustBrushPattern(float& savedRadius);
 
     /// Masks in use; null is none.
@@ -265,7 +270,8 @@ class LNode {
     TreeHits& hits() { return hits_; }
     /// The vertices that a dragging mode has weighted, ascending.
     std::vector<int>& dragged() { return dragged_; }
-    /// Working arrays of a step, kept between steps: one entry per vertex of the active level; lists.
+    /// Working arrays of a step, kept between steps: one entry per vertex of the active level;
+    /// lists.
     ZeroedArray<LPoint3>& vertexNormals() { return vertexNormals_; }
     std::vector<LPoint3>& tempNormals() { return tempNormals_; }
     std::vector<LPoint3>& samplePoints(int i) { return samplePoints_[i]; }

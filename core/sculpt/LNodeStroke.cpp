@@ -175,8 +175,8 @@ bool LNode::adjustBrushPattern(float& savedRadius) {
     lorth_ = Normalized(lnormal_ ^ laxial_);
     if (getUseRandomPatternScale()) {
         savedRadius = lradius_;
-        lradius_ *= static_cast<float>(
-            rgen_->RandDouble(getMinPatternScale(), getMaxPatternScale()));
+        lradius_ *=
+            static_cast<float>(rgen_->RandDouble(getMinPatternScale(), getMaxPatternScale()));
     }
     if (getUseRandomPatternRotation()) {
         const float r = getMaxPatternRotation() / 180.0f;

@@ -69,7 +69,9 @@ bool LThread::Execute(Function fn, void* arg) {
     return true;
 }
 
-void LThread::WaitToFinish() { finish_.Wait(); }
+void LThread::WaitToFinish() {
+    finish_.Wait();
+}
 
 void LThread::execute() {
     for (;;) {

@@ -19,8 +19,8 @@ class LEvent {
 
     void Set();
     void Reset();
-    /// Waits until the event is set; does not clear it. Spins for some microseconds before it sleeps,
-    /// since the jobs of one brush step follow each other closely.
+    /// Waits until the event is set; does not clear it. Spins for some microseconds before it
+    /// sleeps, since the jobs of one brush step follow each other closely.
     void Wait();
 
   private:
@@ -75,8 +75,8 @@ class LThreadGroup {
     /// Waits for every worker. The argument has no effect.
     virtual void WaitToFinish(int);
 
-    /// The part of 0..count-1 that worker `k` of `workers` takes: count / workers + 1 items each, the
-    /// last ones fewer or none (then 0, 0).
+    /// The part of 0..count-1 that worker `k` of `workers` takes: count / workers + 1 items each,
+    /// the last ones fewer or none (then 0, 0).
     static std::pair<int, int> Slice(int count, int workers, int k);
 
     /// Calls job(first, last, worker) for slices that cover 0..count-1 in order of `worker`, and

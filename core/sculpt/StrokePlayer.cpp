@@ -98,7 +98,8 @@ bool StrokePlayer::Do(const ModifiersOp& op, std::string&) {
 bool StrokePlayer::CheckPolygons(const std::vector<int>& polygons, std::string& error) const {
     for (const int p : polygons)
         if (p < 0 || p >= mesh_.NumPolygons()) {
-            error = "polygon " + std::to_string(p) + " does not exist: the mesh has polygons 0 to " +
+            error = "polygon " + std::to_string(p) +
+                    " does not exist: the mesh has polygons 0 to " +
                     std::to_string(mesh_.NumPolygons() - 1);
             return false;
         }

@@ -16,11 +16,11 @@ class StrokePlayer {
     /// Lets go of the modifier keys.
     ~StrokePlayer();
 
-    /// Opens the sculpt session that strokes need, when it is not open. False, with the reason, when it
-    /// can't be opened. The first press does it too.
+    /// Opens the sculpt session that strokes need, when it is not open. False, with the reason,
+    /// when it can't be opened. The first press does it too.
     bool OpenSession(std::string& error);
-    /// Does one operation. False, with what is wrong, for a level or a polygon that does not exist and
-    /// for a level that can't be made; the node is then as it was.
+    /// Does one operation. False, with what is wrong, for a level or a polygon that does not exist
+    /// and for a level that can't be made; the node is then as it was.
     bool Play(const StrokeOp& op, std::string& error);
 
     /// Vertices that the strokes changed, added up.

@@ -31,7 +31,6 @@ void SearchStep(StrokeStep& step, const StrokeSearch& search) {
     if (step.swept) {
         const LPoint3 p0 = node.ltrans(1), p1 = node.ltrans(2);
         LOctTree::Sweep sweep;
-        sweep.bounds = {(p0 + p1) * 0.5f, reach + (p1 - p0).Len() * 0.5f};
         sweep.p0 = p0;
         sweep.p1 = p1;
         sweep.prev = node.ltrans(3);
@@ -52,8 +51,8 @@ void MarkFound(StrokeStep& step) {
     // A hidden face is not found, but turns with its corners all the same.
     if (step.node.lobject()->HasHidden()) return display.SetVertsMoved(verts);
     display.SetChanged(step.hits.faces, verts, step.hits.border);
-    // Of a vertex outside the searched ball not all faces were found, but a brush whose weights have
-    // another centre may move it.
+    // Of a vertex outside the searched ball not all faces were found, but a brush whose weights
+    // have another centre may move it.
     display.SetVertsMoved(verts.subspan(step.hits.numInside));
 }
 

@@ -68,8 +68,8 @@ struct StrokeStep {
         return changed;
     }
 
-    /// As ForVerts over what the search found, with the weight of each vertex that the brush reaches:
-    /// that of the swept search, else brush(p), with p from `positions`; then held.
+    /// As ForVerts over what the search found, with the weight of each vertex that the brush
+    /// reaches: that of the swept search, else brush(p), with p from `positions`; then held.
     template <class Act>
     bool ForFound(const BrushWeights& brush, const LPoint3* positions, const Act& act) const {
         return ForVerts(hits.verts, [&](int v, int i, theThData& record) {
@@ -116,8 +116,8 @@ void SearchStep(StrokeStep& step, const StrokeSearch& search);
 /// Starts the display cache's marks anew with what step.hits holds.
 void MarkFound(StrokeStep& step);
 
-/// True when the stroke's last two segments go on without a sharp turn, and the step has a length that
-/// is worth filling in.
+/// True when the stroke's last two segments go on without a sharp turn, and the step has a length
+/// that is worth filling in.
 bool CanSweep(const StrokeStep& step, bool minTurn);
 
 }  // namespace VantrelSDK

@@ -12,8 +12,8 @@ class LMorphDelta;
 
 /// The record of one worker for one step: the only way in which a brush writes.
 ///
-/// Each worker writes vertices of its own through its record, which keeps the value that a vertex had
-/// before the stroke and notes what is new; Join then brings the notes together on one thread.
+/// Each worker writes vertices of its own through its record, which keeps the value that a vertex
+/// had before the stroke and notes what is new; Join then brings the notes together on one thread.
 class theThData {
   public:
     void Begin(LMorphDelta& delta, LMeshObject& object);

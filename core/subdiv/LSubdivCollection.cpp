@@ -2,9 +2,13 @@
 
 namespace VantrelSDK {
 
-ISubdivLayer* ISubdivLayer::prew() const { return owner_->GetLayer(index_ - 1); }
+ISubdivLayer* ISubdivLayer::prew() const {
+    return owner_->GetLayer(index_ - 1);
+}
 
-ISubdivLayer* ISubdivLayer::next() const { return owner_->GetLayer(index_ + 1); }
+ISubdivLayer* ISubdivLayer::next() const {
+    return owner_->GetLayer(index_ + 1);
+}
 
 EntireSubdivLayer::EntireSubdivLayer(LSubdivCollection* owner,
                                      std::shared_ptr<const LMeshTopology> topology,

@@ -11,8 +11,9 @@ namespace VantrelSDK {
 
 class LSubdivCollection;
 
-/// The absolute numbers of the faces of the next level that lie in a face; -1 where unused. A triangle
-/// level uses the first four slots, a quad level four for a coupled triangle and six for a single one.
+/// The absolute numbers of the faces of the next level that lie in a face; -1 where unused. A
+/// triangle level uses the first four slots, a quad level four for a coupled triangle and six for a
+/// single one.
 struct LFaceSubs {
     int subs[6] = {-1, -1, -1, -1, -1, -1};
 };
@@ -72,8 +73,7 @@ class ISubdivLayer {
     const std::shared_ptr<const LLevelRule>& rule() const { return rule_; }
 
   protected:
-    ISubdivLayer(LSubdivCollection* owner, int index,
-                 std::shared_ptr<const LMeshTopology> topology,
+    ISubdivLayer(LSubdivCollection* owner, int index, std::shared_ptr<const LMeshTopology> topology,
                  std::shared_ptr<const LLevelRule> rule)
         : owner_(owner), index_(index), topology_(std::move(topology)), rule_(std::move(rule)) {}
 
@@ -108,7 +108,9 @@ class EntireSubdivLayer : public ISubdivLayer {
     int GetFirstFace() const override { return faceEnd_ + 1; }
     int GetLastFace() const override { return faceEnd_ + GetNumFaces(); }
     int GetParentFaceFromLocal(int i) const override { return faceStart_ + i / 4; }
-    int GetParentFaceFromGlobal(int i) const override { return faceStart_ + (i - faceEnd_ - 1) / 4; }
+    int GetParentFaceFromGlobal(int i) const override {
+        return faceStart_ + (i - faceEnd_ - 1) / 4;
+    }
     LFaceSubs GetFaceSubs(int i) const override;
     std::unique_ptr<ISubdivLayer> Clone(LSubdivCollection* owner) const override;
 

@@ -22,8 +22,8 @@ class LSubdivLevelTopo {
     const LEdgeList& edges() const { return edges_; }
     int GetNumExtFaces() const { return static_cast<int>(fids_.size()) * 4; }
     int GetNumExtVerts() const { return edges_.GetNumEdges(); }
-    /// Sub-face i: k = i % 4 of the included face i / 4. A corner is a vertex of the level or, counted
-    /// from nverts, the midpoint of an edge; id = i + faces of the level.
+    /// Sub-face i: k = i % 4 of the included face i / 4. A corner is a vertex of the level or,
+    /// counted from nverts, the midpoint of an edge; id = i + faces of the level.
     LFace GetExtFace(int i) const;
 
   private:

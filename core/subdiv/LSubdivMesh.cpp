@@ -10,9 +10,13 @@
 
 namespace VantrelSDK {
 
-LSubdivMesh::LSubdivMesh(int nverts, int nfaces) { Allocate(nverts, nfaces); }
+LSubdivMesh::LSubdivMesh(int nverts, int nfaces) {
+    Allocate(nverts, nfaces);
+}
 
-LSubdivMesh::LSubdivMesh(const LMesh& mesh) { CopyFrom(&mesh); }
+LSubdivMesh::LSubdivMesh(const LMesh& mesh) {
+    CopyFrom(&mesh);
+}
 
 LSubdivMesh::LSubdivMesh(const LSubdivMesh& other, bool withBarys)
     : LMesh(other),
@@ -97,7 +101,9 @@ void LSubdivMesh::InverseAllVerts() {
     levelchanged_ = false;
 }
 
-void LSubdivMesh::ClearAllLevelsVerts() { std::fill(verts_.begin(), verts_.end(), LPoint3::Zero); }
+void LSubdivMesh::ClearAllLevelsVerts() {
+    std::fill(verts_.begin(), verts_.end(), LPoint3::Zero);
+}
 
 LPoint3 LSubdivMesh::GetFaceNormal(int i) const {
     if (i < 0 || i >= GetNumFaces()) return LPoint3::Zero;
@@ -123,10 +129,9 @@ std::unique_ptr<LMesh> LSubdivMesh::GetTopLevelCopy() const {
 std::unique_ptr<LMesh> LSubdivMesh::GetAllLevelsCopy() const {
     std::vector<LFace> faces;
     for (int level = 0; level < GetNumSubivLevels(); ++level)
-        for (int f = 0; f < GetNumLevelFaces(level); ++f)
-            faces.push_back(GetLevelFace(f, level));
-    return std::make_unique<LMesh>(
-        std::make_shared<LMeshTopology>(NumAllVerts(), std::move(faces)), verts_);
+        for (int f = 0; f < GetNumLevelFaces(level); ++f) faces.push_back(GetLevelFace(f, level));
+    return std::make_unique<LMesh>(std::make_shared<LMeshTopology>(NumAllVerts(), std::move(faces)),
+                                   verts_);
 }
 
 std::shared_ptr<const LMeshTopology> LSubdivMesh::GetLevelTopology(unsigned level) const {
@@ -244,8 +249,8 @@ bool LSubdivMesh::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth,
     const int nverts = NumAllVerts();
     if (topo.GetNumExtFaces() == 0 || topo.GetNumExtVerts() == 0) return false;
     const ISubdivLayer* top = subdivs_->GetTop();
-    const long long allFaces = topo.GetNumExtFaces() +
-                               (top ? top->GetNumTotalFaces() : LMesh::GetNumFaces());
+    const long long allFaces =
+        topo.GetNumExtFaces() + (top ? top->GetNumTotalFaces() : LMesh::GetNumFaces());
     if (allFaces > INT_MAX || nverts + static_cast<long long>(topo.GetNumExtVerts()) > INT_MAX)
         return false;
 

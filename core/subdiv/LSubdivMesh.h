@@ -83,7 +83,8 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     /// Set by writes through the active level; cleared by a change of level and by a subdivision.
     void SetLevelChangedFlag(bool changed) override { levelchanged_ = changed; }
     bool HasLevelChanged() const override { return levelchanged_; }
-    /// Absolute access: past the top level's vertices the getter gives zero and the setters do nothing.
+    /// Absolute access: past the top level's vertices the getter gives zero and the setters do
+    /// nothing.
     void SetVertByAbsIdx(unsigned i, const LPoint3& p) override;
     LPoint3 GetVertByAbsIdx(unsigned i) const override;
     void OffsetVertByAbsIdx(unsigned i, const LPoint3& d) override;
@@ -97,16 +98,16 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     std::shared_ptr<const LMeshTopology> GetLevelTopology(unsigned level) const override;
     const LSubdivCollection& GetSubdivs() const { return *subdivs_; }
 
-    /// Adds a level of four triangles a face, new vertices in the middle of edges, and moves all of its
-    /// vertices by Loop's vertex mask when `smooth` (those on open edges stay when `protectopen`). The
-    /// new level becomes active. False, and no change, without faces or memory, or when a count would
-    /// pass 2^31 - 1.
+    /// Adds a level of four triangles a face, new vertices in the middle of edges, and moves all of
+    /// its vertices by Loop's vertex mask when `smooth` (those on open edges stay when
+    /// `protectopen`). The new level becomes active. False, and no change, without faces or memory,
+    /// or when a count would pass 2^31 - 1.
     bool SubdivideAll_Loop(bool smooth, bool protectopen);
     /// The same with the topology made before, from faces of the present top level.
     bool SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth, bool protectopen);
-    /// Adds the next level that `other`, a mesh over the same base, has above the levels of this one,
-    /// sharing its topology; new vertices are interpolated, and smoothed as the level's rule says when
-    /// `smooth`. The new level becomes active.
+    /// Adds the next level that `other`, a mesh over the same base, has above the levels of this
+    /// one, sharing its topology; new vertices are interpolated, and smoothed as the level's rule
+    /// says when `smooth`. The new level becomes active.
     bool SubdivideLike(const LSubdivMesh& other, bool smooth);
     /// Fills the vertices of all levels anew from those of level 0, by the rule of each level.
     void RebuildLevels();
@@ -120,19 +121,20 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     /// The top level's sub-faces of a level-0 face with the barycentrics of their corners.
     void FindSubFacesAndBary(int face, std::vector<int>& out, std::vector<LFaceBarys>& barys) const;
 
-    /// Barycentrics: for each vertex of each level its weights in the corners of a level-0 face. They
-    /// hold the parametric place and don't follow the vertices.
+    /// Barycentrics: for each vertex of each level its weights in the corners of a level-0 face.
+    /// They hold the parametric place and don't follow the vertices.
     void AllocBarys();
     void RecalcAllBarys();
     bool NeedBarys() const { return needbarys_; }
     LPoint3 GetBaryByAbsIdx(unsigned i) const;
     void SetBaryByAbsIdx(unsigned i, const LPoint3& bary);
     void CopyBarys(const LSubdivMesh& other);
-    /// Takes off every vertex above level 0 what the flat interpolation of level 0 gives it. Weights
-    /// come from `other`'s barycentrics when it has them (null: computed).
+    /// Takes off every vertex above level 0 what the flat interpolation of level 0 gives it.
+    /// Weights come from `other`'s barycentrics when it has them (null: computed).
     void SubstructLevel0ByBarys(const LSubdivMesh* other);
 
-    /// One frame a level-0 face; all levels follow the frame of the first base face that reaches them.
+    /// One frame a level-0 face; all levels follow the frame of the first base face that reaches
+    /// them.
     void TransformByLocal(const LMatrix3* tms) override { TransformByLocal(tms, false); }
     void TransformByLocal(const LMatrix3* tms, bool skipLevel0);
     void TransformVectorsByLocal(const LMatrix3* tms) override;

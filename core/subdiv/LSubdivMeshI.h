@@ -8,10 +8,12 @@
 
 namespace VantrelSDK {
 
-/// A mesh with levels, as the display and the brushes see it: one mesh, or a composition of several.
+/// A mesh with levels, as the display and the brushes see it: one mesh, or a composition of
+/// several.
 ///
-/// Level 0 is the base; a level's vertices are the first GetNumLevelVerts of one numbering ("absolute"),
-/// a level's faces a range of their own in it. Plain numbers are those of the active level.
+/// Level 0 is the base; a level's vertices are the first GetNumLevelVerts of one numbering
+/// ("absolute"), a level's faces a range of their own in it. Plain numbers are those of the active
+/// level.
 class LSubdivMeshI {
   public:
     virtual ~LSubdivMeshI() = default;
@@ -54,8 +56,8 @@ class LSubdivMeshI {
     /// All vertices of all levels by absolute number, for loops over many; null in a composition.
     virtual LPoint3* GetAllVertsPtr() = 0;
     virtual const LPoint3* GetAllVertsPtr() const = 0;
-    /// The topology of a level, shared by all that work on it; null for a level that isn't there and
-    /// in a composition.
+    /// The topology of a level, shared by all that work on it; null for a level that isn't there
+    /// and in a composition.
     virtual std::shared_ptr<const LMeshTopology> GetLevelTopology(unsigned level) const = 0;
 };
 

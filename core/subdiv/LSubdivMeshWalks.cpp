@@ -122,8 +122,8 @@ void LSubdivMesh::SubstructLevel0ByBarys(const LSubdivMesh* other) {
                 if (done[v]) continue;
                 done[v] = 1;
                 const LPoint3 b = stored ? other->GetBaryByAbsIdx(v) : bary.v[k];
-                verts_[v] -= verts_[base.v[2]] * b.z + verts_[base.v[1]] * b.y +
-                             verts_[base.v[0]] * b.x;
+                verts_[v] -=
+                    verts_[base.v[2]] * b.z + verts_[base.v[1]] * b.y + verts_[base.v[0]] * b.x;
             }
         });
     }

@@ -1,13 +1,14 @@
 #include <cmath>
 
-#include "core/sculpt/modes/Modes.h"
 #include "core/sculpt/StrokeStep.h"
+#include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {
 
 namespace {
 
-/// Samples that a step is walked in at most. A pen makes a few dozen; only a hostile log makes more.
+/// Samples that a step is walked in at most. A pen makes a few dozen; only a hostile log makes
+/// more.
 constexpr int kMaxSamples = 1 << 16;
 
 void Prepare(StrokeStep& step, bool atPress, bool) {
@@ -58,14 +59,15 @@ Samples Search(StrokeStep& step) {
     return {centres, mirrors, p0, u, spacing};
 }
 
-/// The brush at each sample in turn: visit(vertex, change of weight, sample, record) for what has had
-/// weight before.
+/// The brush at each sample in turn: visit(vertex, change of weight, sample, record) for what has
+/// had weight before.
 template <class Visit>
 bool Walk(StrokeStep& step, float fixedChange, const Visit& visit) {
     LNode& node = step.node;
     const Samples samples = Search(step);
     if (!step.affectGeometry) return false;
-    const bool soft = node.useSoftFalloff2(), snapped = step.IsSymmetric() && node.getSymmetrySnaping();
+    const bool soft = node.useSoftFalloff2(),
+               snapped = step.IsSymmetric() && node.getSymmetrySnaping();
     const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
     return step.ForVerts(step.hits.verts, [&](int v, int, theThData& record) {
         if (step.Skips(v)) return;
@@ -96,27 +98,29 @@ bool Walk(StrokeStep& step, float fixedChange, const Visit& visit) {
 
 bool Attract(StrokeStep& step) {
     const float q = 10 * step.pressure, radius2 = step.node.lradius() * step.node.lradius();
-    return Walk(step, q, [&](int v, float change, const LPoint3& c, const LPoint3& mirror,
-                             theThData& record) {
-        const LPoint3& p = step.start[v];
-        LPoint3 way = c - p;
-        if (step.IsSymmetric() && way.LenSq() >= radius2) way = mirror - p;
-        if (way.Len() < 1e-5f) return;
-        if (!step.IsSymmetric()) way.Normalize();
-        record.OffsetVert(v, way * (q * change));
-    });
+    return Walk(
+        step, q,
+        [&](int v, float change, const LPoint3& c, const LPoint3& mirror, theThData& record) {
+            const LPoint3& p = step.start[v];
+            LPoint3 way = c - p;
+            if (step.IsSymmetric() && way.LenSq() >= radius2) way = mirror - p;
+            if (way.Len() < 1e-5f) return;
+            if (!step.IsSymmetric()) way.Normalize();
+            record.OffsetVert(v, way * (q * change));
+        });
 }
 
 bool Repel(StrokeStep& step) {
     const float q = step.pressure, radius = step.node.lradius();
     const float strength = step.IsSymmetric() ? q : 3 * q * radius;
-    return Walk(step, q, [&](int v, float change, const LPoint3& c, const LPoint3& mirror,
-                             theThData& record) {
-        const LPoint3& p = step.start[v];
-        LPoint3 way = p - c;
-        if (step.IsSymmetric() && way.LenSq() >= radius * radius) way = p - mirror;
-        record.OffsetVert(v, Normalized(way) * (change * strength));
-    });
+    return Walk(
+        step, q,
+        [&](int v, float change, const LPoint3& c, const LPoint3& mirror, theThData& record) {
+            const LPoint3& p = step.start[v];
+            LPoint3 way = p - c;
+            if (step.IsSymmetric() && way.LenSq() >= radius * radius) way = p - mirror;
+            record.OffsetVert(v, Normalized(way) * (change * strength));
+        });
 }
 
 }  // namespace

@@ -5,7 +5,9 @@ namespace VantrelSDK {
 
 namespace {
 
-void PrepareDrag(StrokeStep& step, bool, bool force) { PrimeDrag(step, 1.1f, force); }
+void PrepareDrag(StrokeStep& step, bool, bool force) {
+    PrimeDrag(step, 1.1f, force);
+}
 
 /// The shape to pull to: without a target the geometry as it is without the delta.
 const LPoint3* BlendShape(const StrokeStep& step) {
@@ -34,11 +36,12 @@ bool BrushStep(StrokeStep& step) {
     if (!step.affectGeometry) return false;
     const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
     const LPoint3* target = BlendShape(step);
-    return step.ForFound(
-        brush, node.ldisplayCache()->verts().data(), [&](int v, float w, theThData& record) {
-            const LPoint3 way = target[v] - step.Position(v);
-            if (way.LenSq() >= 1e-7f) record.OffsetVert(v, way * (w * step.pressure));
-        });
+    return step.ForFound(brush, node.ldisplayCache()->verts().data(),
+                         [&](int v, float w, theThData& record) {
+                             const LPoint3 way = target[v] - step.Position(v);
+                             if (way.LenSq() >= 1e-7f)
+                                 record.OffsetVert(v, way * (w * step.pressure));
+                         });
 }
 
 }  // namespace

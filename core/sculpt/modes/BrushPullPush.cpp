@@ -1,5 +1,5 @@
-#include "core/sculpt/modes/Modes.h"
 #include "core/sculpt/StrokeStep.h"
+#include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {
 
@@ -25,8 +25,8 @@ LPoint3 CommonNormal(const StrokeStep& step) {
     }));
 }
 
-/// Raises (sign 1) or lowers (sign -1). The weight that a vertex holds is the most that the stroke has
-/// given it: without accumulation a brush that passes again adds nothing.
+/// Raises (sign 1) or lowers (sign -1). The weight that a vertex holds is the most that the stroke
+/// has given it: without accumulation a brush that passes again adds nothing.
 template <int kSign>
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
@@ -42,9 +42,8 @@ bool Step(StrokeStep& step) {
 
     const auto direction = [&](int v) {
         if (step.pushPullMode == 1) return display.GetPushPullVNormal(v);
-        const bool mirrored =
-            step.pushPullMode == 2 && step.IsSymmetric() &&
-            (step.start[v] - mirror).LenSq() <= (step.start[v] - centre).LenSq();
+        const bool mirrored = step.pushPullMode == 2 && step.IsSymmetric() &&
+                              (step.start[v] - mirror).LenSq() <= (step.start[v] - centre).LenSq();
         return mirrored ? mirrorCommon : common;
     };
     return step.ForFound(brush, step.start, [&](int v, float w, theThData& record) {

@@ -1,5 +1,5 @@
-#include "core/sculpt/modes/Modes.h"
 #include "core/sculpt/StrokeStep.h"
+#include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {
 
@@ -14,7 +14,8 @@ struct Capsule {
     LPoint3 start, end, axis;
     float len;
 
-    Capsule(const LPoint3& from, const LPoint3& to) : start(from), end(to), axis(to - from), len(axis.Len()) {}
+    Capsule(const LPoint3& from, const LPoint3& to)
+        : start(from), end(to), axis(to - from), len(axis.Len()) {}
     float Distance(const LPoint3& p) const { return (axis ^ (start - p)).Len() / len; }
     bool LiesBetween(const LPoint3& p) const {
         return (p - start) % axis > 0 && (p - end) % -axis > 0;

@@ -1,5 +1,5 @@
-#include "core/sculpt/modes/Modes.h"
 #include "core/sculpt/StrokeStep.h"
+#include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {
 
@@ -12,8 +12,8 @@ bool Step(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.accumulate = !node.firststep()});
     if (!step.affectGeometry) return false;
-    const float strength = step.pressure * std::min(0.05f * node.loctTree()->GetExtent().Len(),
-                                                    0.2f * node.lradius());
+    const float strength =
+        step.pressure * std::min(0.05f * node.loctTree()->GetExtent().Len(), 0.2f * node.lradius());
     const LSubdivMesh* entry = node.lentryCache();
     const LPoint3* goals = entry ? entry->GetAllVertsPtr() : nullptr;
     const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);

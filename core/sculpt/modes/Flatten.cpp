@@ -1,5 +1,5 @@
-#include "core/sculpt/modes/Modes.h"
 #include "core/sculpt/StrokeStep.h"
+#include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {
 
@@ -15,14 +15,14 @@ struct Planes {
     }
 };
 
-/// Planes through `centre` with the mean normals of the listed vertices on each side; a side without
-/// vertices keeps its normal.
+/// Planes through `centre` with the mean normals of the listed vertices on each side; a side
+/// without vertices keeps its normal.
 void TakeMeanNormals(const StrokeStep& step, Planes& planes) {
     const LDisplayCache& display = *step.node.ldisplayCache();
     for (int side = 0; side < 2; ++side) {
         const LPoint3 sum = step.Sum(step.hits.verts, [&](int v) {
             return planes.Side(step, display.GetVertex(v)) == side ? display.GetVNormal(v)
-                                                                    : LPoint3::Zero;
+                                                                   : LPoint3::Zero;
         });
         if (!(sum == LPoint3::Zero)) planes.normal[side] = Normalized(sum);
     }
@@ -58,8 +58,8 @@ bool Step(StrokeStep& step) {
     if (!step.affectGeometry) return false;
     Planes planes{{node.lflattenc(0), node.lflattenc(1)}, {node.lflattend(0), node.lflattend(1)}};
     if (node.getDoAccumulate()) {
-        planes = PlanesAt(step, node.ltrans(1),
-                          step.pushPullMode == 1 ? node.lnormal() : node.ldir());
+        planes =
+            PlanesAt(step, node.ltrans(1), step.pushPullMode == 1 ? node.lnormal() : node.ldir());
         if (step.pushPullMode == 2) TakeMeanNormals(step, planes);
     }
     const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);

@@ -10,7 +10,9 @@ namespace {
 constexpr float kReach = 1.1f;
 constexpr int kNormalRounds = 10;
 
-void Prepare(StrokeStep& step, bool, bool force) { PrimeDrag(step, kReach, force); }
+void Prepare(StrokeStep& step, bool, bool force) {
+    PrimeDrag(step, kReach, force);
+}
 
 /// The normals of the dragged vertices, in ten rounds each the mean of itself and its neighbours. A
 /// round stores each result at once, so that later vertices see it.

@@ -23,9 +23,8 @@ bool Pull(const StrokeStep& step, float amount) {
 
 }  // namespace
 
-const BrushMode kPullMode{"Pull", Prepare, [](StrokeStep& step) {
-                              return Pull(step, step.Drag() % step.node.lorth());
-                          }};
+const BrushMode kPullMode{
+    "Pull", Prepare, [](StrokeStep& step) { return Pull(step, step.Drag() % step.node.lorth()); }};
 const BrushMode kPushMode{"Push", Prepare, [](StrokeStep& step) {
                               return Pull(step, -(step.Drag() % step.node.lorth()));
                           }};

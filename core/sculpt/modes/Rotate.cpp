@@ -6,7 +6,9 @@ namespace VantrelSDK {
 
 namespace {
 
-void Prepare(StrokeStep& step, bool, bool force) { PrimeDrag(step, 1, force); }
+void Prepare(StrokeStep& step, bool, bool force) {
+    PrimeDrag(step, 1, force);
+}
 
 LPoint3 Rotated(const LPoint3& p, const LPoint3& centre, const LPoint3& axis, float angle) {
     LPoint3 v = p - centre;

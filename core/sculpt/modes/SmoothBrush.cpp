@@ -1,7 +1,7 @@
 #include <cmath>
 
-#include "core/sculpt/modes/Modes.h"
 #include "core/sculpt/StrokeStep.h"
+#include "core/sculpt/modes/Modes.h"
 
 namespace VantrelSDK {
 
@@ -37,8 +37,8 @@ LPoint3 SmoothVert(const Surroundings& s, const LPoint3* read, int v) {
     return sum / static_cast<float>(around.size());
 }
 
-/// One vertex of a round of Relax: where the surface is flat a vertex keeps its place, where normals
-/// diverge it goes to the mean of its neighbours. An open border stays.
+/// One vertex of a round of Relax: where the surface is flat a vertex keeps its place, where
+/// normals diverge it goes to the mean of its neighbours. An open border stays.
 LPoint3 RelaxVert(const Surroundings& s, const LPoint3* read, int v) {
     const auto neighbours = s.adjVerts.GetAdjVertsForVert(v);
     const size_t faces = s.adjFaces.GetAdjFacesForVert(v).size();
@@ -94,10 +94,12 @@ bool SmoothStep(StrokeStep& step, float reach, int rounds, float strength,
     });
 }
 
-int Level(const StrokeStep& step) { return step.node.lobject()->GetOrigGeom()->GetActiveLevel(); }
+int Level(const StrokeStep& step) {
+    return step.node.lobject()->GetOrigGeom()->GetActiveLevel();
+}
 
-/// Rounds and strength grow with the level, so that a brush of one size smooths about the same surface
-/// on all of them.
+/// Rounds and strength grow with the level, so that a brush of one size smooths about the same
+/// surface on all of them.
 bool Smooth(StrokeStep& step) {
     const int level = Level(step);
     const int rounds = std::max(step.node.getNumBrushSmoothIterations() * level * level, 1);

@@ -125,7 +125,8 @@ TEST(BrushMatrix, EachModeDoesSomethingWithinItsReachAndNothingBeyond) {
             Press press{.mode = mode, .pos = before[7]};
             // The blend modes and the eraser take back what another brush has done.
             const bool restores = mode == 7 || mode == 14 || mode == 19;
-            if (restores) Stroke(*node, {.mode = 8, .pos = press.pos}, Path(press.pos, {0.02f, 0, 0}, 3));
+            if (restores)
+                Stroke(*node, {.mode = 8, .pos = press.pos}, Path(press.pos, {0.02f, 0, 0}, 3));
             const std::vector<LPoint3> start = Surface(*node), deltas = Deltas(*node);
             const std::vector<LPoint3> path = Path(press.pos, {0.03f, 0.01f, 0.02f}, 6);
             Stroke(*node, press, path);
@@ -137,11 +138,11 @@ TEST(BrushMatrix, EachModeDoesSomethingWithinItsReachAndNothingBeyond) {
                 float nearest = 1e9f;
                 for (const LPoint3& p : path)
                     for (const int axis : {-1, symmetry - 1}) {
-                        const LPoint3 centre = axis < 3 && axis >= 0
-                                                   ? LPoint3(axis == 0 ? -p.x : p.x,
-                                                             axis == 1 ? -p.y : p.y,
-                                                             axis == 2 ? -p.z : p.z)
-                                                   : p;
+                        const LPoint3 centre =
+                            axis < 3 && axis >= 0
+                                ? LPoint3(axis == 0 ? -p.x : p.x, axis == 1 ? -p.y : p.y,
+                                          axis == 2 ? -p.z : p.z)
+                                : p;
                         nearest = std::min(nearest, (start[v] - centre).Len());
                     }
                 EXPECT_LT(nearest, press.radius * 1.6f) << FindBrushMode(mode)->name;

@@ -24,7 +24,8 @@ TEST(DraggingModes, RotateWithoutFalloffTurnsTheBallRigidly) {
     node->settings().useFalloff = false;
     const std::vector<LPoint3> before = Surface(*node);
     const Press press{.mode = 1, .pos = before[20]};
-    // A quarter of a turn: half a radius along the screen's horizontal, about the view direction -z.
+    // A quarter of a turn: half a radius along the screen's horizontal, about the view direction
+    // -z.
     Stroke(*node, press, {press.pos + LPoint3(press.radius / 2, 0, 0)});
     const std::vector<LPoint3> after = Surface(*node);
     double turn = 0;

@@ -39,9 +39,7 @@ TEST(StrokeBrushes, OnePullStepRaisesByTheFalloff) {
             common.Normalize();
             const std::vector<LPoint3> after = OneStep(*node, press, to);
             for (size_t v = 0; v < before.size(); ++v) {
-                const LPoint3 n = pushPull == 0   ? -press.dir
-                                  : pushPull == 1 ? normals[v]
-                                                  : common;
+                const LPoint3 n = pushPull == 0 ? -press.dir : pushPull == 1 ? normals[v] : common;
                 const float w = PlainWeight(before[v], to, press.radius);
                 const LPoint3 expected = n * (w * strength * (mode == 8 ? 1 : -1));
                 ASSERT_LT((after[v] - before[v] - expected).Len(), 2e-5f);
@@ -97,11 +95,13 @@ TEST(StrokeBrushes, SmoothBrushIsTheMeanOverFacesAndPolygonEdges) {
             LPoint3 mean = before[v];
             int count = 1;
             for (const int e : {k, (k + 2) % 3})
-                if (!face.IsEdgeGluing(e)) mean += before[face.v[e == k ? (k + 1) % 3 : e]], ++count;
+                if (!face.IsEdgeGluing(e))
+                    mean += before[face.v[e == k ? (k + 1) % 3 : e]], ++count;
             sum += mean / static_cast<float>(count);
             ++faces;
         }
-        const LPoint3 expected = before[v] + (sum / static_cast<float>(faces) - before[v]) * strength;
+        const LPoint3 expected =
+            before[v] + (sum / static_cast<float>(faces) - before[v]) * strength;
         ASSERT_LT((after[v] - expected).Len(), 1e-6f);
     }
 }
@@ -143,10 +143,12 @@ TEST(StrokeBrushes, OpenBordersStay) {
         const std::vector<LPoint3> after = Surface(*node);
         int inner = 0;
         for (size_t v = 0; v < before.size(); ++v) {
-            const size_t faces =
-                node->ldisplayCache()->GetAdjFaceList()->GetAdjFacesForVert(static_cast<int>(v)).size();
-            const bool corner = faces < 3, rim = std::fabs(before[v].x) == 0.5f ||
-                                                 std::fabs(before[v].y) == 0.5f;
+            const size_t faces = node->ldisplayCache()
+                                     ->GetAdjFaceList()
+                                     ->GetAdjFacesForVert(static_cast<int>(v))
+                                     .size();
+            const bool corner = faces < 3,
+                       rim = std::fabs(before[v].x) == 0.5f || std::fabs(before[v].y) == 0.5f;
             const bool stays = corner || (rim && mode != 12);
             EXPECT_TRUE(!stays || before[v] == after[v]) << "mode " << mode;
             inner += !rim && !(before[v] == after[v]);

@@ -52,7 +52,8 @@ inline void Stroke(LHeadlessNode& node, const Press& press, const std::vector<LP
 inline std::vector<LPoint3> Path(const LPoint3& from, const LPoint3& step, int count) {
     std::vector<LPoint3> path;
     for (int i = 1; i <= count; ++i)
-        path.push_back(from + step * static_cast<float>(i) + LPoint3(0, 0.01f * i * i, 0) * step.Len());
+        path.push_back(from + step * static_cast<float>(i) +
+                       LPoint3(0, 0.01f * i * i, 0) * step.Len());
     return path;
 }
 
