@@ -17,7 +17,6 @@ class InputFile {
 
     /// False with a message when the file can't be opened.
     bool Open(const std::string& path, std::string& error);
-    bool IsOpen() const { return fd_ >= 0; }
     /// The size in bytes where it is known beforehand, else 0.
     size_t Size() const { return size_; }
     /// Reads up to `size` bytes; `read` is 0 only at the end. False with a message when it fails.

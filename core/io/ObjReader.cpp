@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <cstdint>
-#include <cstring>
 #include <new>
 #include <span>
 #include <utility>

@@ -113,8 +113,6 @@ Place PlaceOf(const StrokeOp& op) {
     return is.template operator()<MoveOp, ReleaseOp>() ? Place::InStroke : Place::OutsideStroke;
 }
 
-// ---- reading
-
 using Pairs = std::vector<std::array<double, 2>>;
 using Value = std::variant<bool, double, std::string, std::vector<double>, Pairs>;
 
@@ -236,10 +234,9 @@ bool Convert(double number, const Range& range, float& to) {
 }
 
 bool Convert(double number, const Range& range, int& to) {
-    if (!(number >= range.least && number <= range.most) || number != std::floor(number))
-        return false;
-    to = static_cast<int>(number);
-    return true;
+    const bool good = number >= range.least && number <= range.most && number == std::floor(number);
+    if (good) to = static_cast<int>(number);
+    return good;
 }
 
 bool Convert(std::span<const double> numbers, std::initializer_list<float*> to) {
@@ -252,13 +249,19 @@ bool Convert(const Pairs& pairs, Ramp& ramp) {
     float last = 0;
     for (const auto& [position, value] : pairs) {
         RampPoint point;
-        if (!Convert(position, Unit, point.position) || !Convert(value, Unit, point.value))
-            return false;
-        if (point.position < last) return false;
+        const bool good =
+            Convert(position, Unit, point.position) && Convert(value, Unit, point.value);
+        if (!good || point.position < last) return false;
         last = point.position;
         ramp.push_back(point);
     }
     return !ramp.empty();
+}
+
+const Field* FindField(std::span<const Field> fields, std::string_view name) {
+    const auto found =
+        std::find_if(fields.begin(), fields.end(), [&](const Field& f) { return f.name == name; });
+    return found == fields.end() ? nullptr : &*found;
 }
 
 /// Fills the members of an operation from the fields of a line. What is wrong shows in Check.
@@ -337,17 +340,13 @@ class FieldReader {
   private:
     template <class T, class Take>
     void Read(const char* name, const char* expected, Presence presence, Take take) {
-        const auto field = std::find_if(fields_.begin(), fields_.end(),
-                                        [&](const Field& f) { return f.name == name; });
+        const Field* field = FindField(fields_, name);
+        if (field) known_ |= 1u << (field - fields_.data());
         std::string wrong;
-        if (field == fields_.end()) {
-            if (presence == Presence::Needed)
-                wrong = fmt::format("\"{}\" needs \"{}\": {}", op_, name, expected);
-        } else {
-            known_ |= 1u << (field - fields_.begin());
-            if (!TakeFrom<T>(field->value, take)) {
-                wrong = fmt::format("\"{}\" of \"{}\" must be {}", name, op_, expected);
-            }
+        if (!field && presence == Presence::Needed) {
+            wrong = fmt::format("\"{}\" needs \"{}\": {}", op_, name, expected);
+        } else if (field && !TakeFrom<T>(field->value, take)) {
+            wrong = fmt::format("\"{}\" of \"{}\" must be {}", name, op_, expected);
         }
         if (wrong_.empty()) wrong_ = std::move(wrong);
     }
@@ -370,12 +369,6 @@ class FieldReader {
     uint32_t known_ = 0;
     std::string wrong_;
 };
-
-const Field* FindField(std::span<const Field> fields, std::string_view name) {
-    const auto found =
-        std::find_if(fields.begin(), fields.end(), [&](const Field& f) { return f.name == name; });
-    return found == fields.end() ? nullptr : &*found;
-}
 
 /// Makes `op` a fresh operation of that name; false when there is none.
 template <size_t... I>
@@ -409,8 +402,6 @@ bool CheckPlace(const StrokeOp& op, bool inStroke, std::string& message) {
     return false;
 }
 
-// ---- writing
-
 /// Appends the fields of an operation to its line.
 class FieldWriter {
   public:
@@ -429,9 +420,8 @@ class FieldWriter {
   private:
     template <class Number>
     std::string_view Digits(Number number) {
-        return {digits_,
-                static_cast<size_t>(
-                    std::to_chars(std::begin(digits_), std::end(digits_), number).ptr - digits_)};
+        const char* const end = std::to_chars(digits_, digits_ + sizeof digits_, number).ptr;
+        return {digits_, static_cast<size_t>(end - digits_)};
     }
     void Append(bool value) { line_ += value ? "true" : "false"; }
     void Append(int value) { line_ += Digits(value); }
@@ -445,9 +435,11 @@ class FieldWriter {
         double read = 0;
         const std::string_view text = Digits(value);
         std::from_chars(text.data(), text.data() + text.size(), read);
-        if (value == 0 || static_cast<float>(read) != value)
-            return Append(static_cast<double>(value));
-        line_ += text;
+        if (value != 0 && static_cast<float>(read) == value) {
+            line_ += text;
+        } else {
+            Append(static_cast<double>(value));
+        }
     }
     void Append(const std::string& text) {
         line_ +=
@@ -488,6 +480,9 @@ std::string_view OpName(const StrokeOp& op) {
 
 bool StrokeLogReader::Open(const std::string& path, FileError& error) {
     file_ = path;
+    line_ = 0;
+    inStroke_ = false;
+    ended_.reset();
     error.file = path;
     error.line = 0;
     return lines_.Open(path, error.message);
