@@ -46,11 +46,7 @@ void CheckThereAndBack(const PolyMesh& mesh) {
     Demand(SameBytes(mesh.positions, back.positions) && SameBytes(mesh.colours, back.colours) &&
            SameBytes(mesh.uvs, back.uvs) && mesh.polygonStart == back.polygonStart &&
            mesh.cornerVerts == back.cornerVerts && mesh.cornerUVs == back.cornerUVs);
-    Demand(mesh.statements.size() == back.statements.size());
-    for (size_t i = 0; i < mesh.statements.size(); ++i) {
-        Demand(mesh.statements[i].polygon == back.statements[i].polygon &&
-               mesh.statements[i].text == back.statements[i].text);
-    }
+    Demand(mesh.statements == back.statements);
 }
 
 }  // namespace

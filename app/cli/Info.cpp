@@ -32,13 +32,18 @@ std::string AsJson(const std::string& file, const MeshFacts& facts) {
     return json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 
+std::string ArityName(int arity, bool several) {
+    const std::string name = arity == 3   ? "triangle"
+                             : arity == 4 ? "quad"
+                                          : std::to_string(arity) + "-gon";
+    return several ? name + "s" : name;
+}
+
 std::string AsText(const std::string& file, const MeshFacts& facts) {
     std::string arities;
     for (const auto& [arity, count] : facts.byArity)
         arities += fmt::format("{}{} {}", arities.empty() ? "" : ", ", count,
-                               arity == 3   ? "triangles"
-                               : arity == 4 ? "quads"
-                                            : std::to_string(arity) + "-gons");
+                               ArityName(arity, count != 1));
     return fmt::format(
         "{}\n"
         "  vertices            {}\n"

@@ -57,6 +57,8 @@ bool PlayLog(const std::string& log, StrokePlayer& player, Timings& timings, Fil
     if (!reader.Open(log, error)) return false;
     const auto progress = MakeProgress("playing");
     progress->Show();
+    std::error_code unknown;
+    const auto size = static_cast<double>(std::filesystem::file_size(log, unknown));
 
     StrokeOp op;
     for (;;) {
@@ -73,6 +75,7 @@ bool PlayLog(const std::string& log, StrokePlayer& player, Timings& timings, Fil
             return false;
         }
         timings.Add(OpName(op), Clock::now() - start);
+        if (!unknown) progress->SetProgress(static_cast<float>(reader.BytesRead() / size));
         if (IsInterrupted()) {
             error = {log, reader.Line(), "stopped"};
             return false;

@@ -1,7 +1,9 @@
 #include "core/io/FloatText.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <string>
 
 namespace VantrelSDK {
 
@@ -35,6 +37,13 @@ bool IsBelowOne(const char* p, const char* last) {
     return place + (negative ? -exponent : exponent) <= 0;
 }
 
+/// The end of "-e2" or "+e2" at p, or null.
+const char* EndOfSwappedExponent(const char* p, const char* last) {
+    if (last - p < 3 || (*p != '+' && *p != '-') || (p[1] != 'e' && p[1] != 'E') || !IsDigit(p[2]))
+        return nullptr;
+    return std::find_if_not(p + 2, last, IsDigit);
+}
+
 }  // namespace
 
 std::from_chars_result ParseFloat(const char* first, const char* last, float& value) {
@@ -48,6 +57,15 @@ std::from_chars_result ParseFloat(const char* first, const char* last, float& va
         }
     } else if (result.ec == std::errc() && !std::isfinite(value)) {
         result.ec = std::errc::result_out_of_range;
+    } else if (result.ec == std::errc()) {
+        if (const char* end = EndOfSwappedExponent(result.ptr, last)) {
+            std::string text(first, result.ptr);
+            text.append({'e', *result.ptr}).append(result.ptr + 2, end);
+            const char* textEnd = text.data() + text.size();
+            const std::from_chars_result swapped = ParseFloat(text.data(), textEnd, value);
+            if (swapped.ptr == textEnd) return {end, swapped.ec};
+            std::from_chars(first, last, value);
+        }
     }
     return result;
 }

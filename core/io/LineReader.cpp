@@ -5,6 +5,7 @@ namespace VantrelSDK {
 bool LineReader::Open(const std::string& path, std::string& error) {
     held_.clear();
     rest_ = {};
+    bytesRead_ = 0;
     atEnd_ = !file_.Open(path, error);
     return !atEnd_;
 }
@@ -20,7 +21,9 @@ LineReader::Result LineReader::Next(std::string_view& line, std::string& error) 
         }
         if (rest_.empty()) return Result::End;
         line = rest_.substr(0, end);
-        rest_.remove_prefix(end == rest_.npos ? rest_.size() : end + 1);
+        const size_t taken = end == rest_.npos ? rest_.size() : end + 1;
+        rest_.remove_prefix(taken);
+        bytesRead_ += taken;
         if (line.ends_with('\r')) line.remove_suffix(1);
         return Result::Line;
     }

@@ -25,6 +25,9 @@ class LineReader {
     /// its end. Failed comes with a message. Throws std::bad_alloc for a line larger than memory.
     Result Next(std::string_view& line, std::string& error);
 
+    /// Bytes of the lines that Next has given, their ends included.
+    size_t BytesRead() const { return bytesRead_; }
+
   private:
     bool Fill(std::string& error);
 
@@ -32,6 +35,7 @@ class LineReader {
     bool atEnd_ = true;
     std::string held_;
     std::string_view rest_;
+    size_t bytesRead_ = 0;
 };
 
 }  // namespace VantrelSDK

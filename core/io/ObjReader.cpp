@@ -191,7 +191,7 @@ void ObjParser::ReadStatement(const char* start) {
     }
     text.append(from, p_);
     TakeLineEnd();
-    mesh_.statements.push_back({mesh_.NumPolygons(), std::move(text)});
+    mesh_.statements.Add(mesh_.NumPolygons(), text);
 }
 
 bool ObjParser::ReadVertex() {

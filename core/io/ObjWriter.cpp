@@ -108,7 +108,7 @@ bool ObjFormatter::FormatPolygons() {
 
 bool ObjFormatter::FormatStatements(int polygon) {
     for (; nextStatement_ < mesh_.statements.size(); ++nextStatement_) {
-        const PolyMesh::Statement& statement = mesh_.statements[nextStatement_];
+        const StatementList::Statement statement = mesh_.statements[nextStatement_];
         if (statement.polygon > polygon) break;
         if (statement.text.find_first_of("\r\n") != std::string::npos) {
             error_ = fmt::format("statement {} is not one line", nextStatement_ + 1);

@@ -171,6 +171,8 @@ class StrokeLogReader {
     Result Next(StrokeOp& op, FileError& error);
     /// The line of the operation that Next gave last, from 1.
     size_t Line() const { return line_; }
+    /// Bytes of the log that have been read.
+    size_t BytesRead() const { return lines_.BytesRead(); }
 
   private:
     Result ReadNext(StrokeOp& op, std::string& message);

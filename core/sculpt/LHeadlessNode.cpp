@@ -52,10 +52,10 @@ void TakeTriangles(const LSubdivMesh& geom, int level, const PolyMesh& source, P
     result.cornerVerts.reserve(faces.size() * 3);
     result.polygonStart.reserve(faces.size() + 1);
     std::vector<int> subs;
-    auto statement = source.statements.begin();
+    size_t next = 0;
     const auto takeStatements = [&](int before) {
-        for (; statement != source.statements.end() && statement->polygon <= before; ++statement)
-            result.statements.push_back({result.NumPolygons(), statement->text});
+        for (; next < source.statements.size() && source.statements[next].polygon <= before; ++next)
+            result.statements.Add(result.NumPolygons(), source.statements[next].text);
     };
     for (int p = 0; p < source.NumPolygons(); ++p) {
         takeStatements(p);

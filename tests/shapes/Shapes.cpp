@@ -156,14 +156,10 @@ std::vector<Shape> ShapesWith(unsigned tags) {
 }
 
 bool SameBits(const PolyMesh& a, const PolyMesh& b) {
-    const auto same = [](const PolyMesh::Statement& s, const PolyMesh::Statement& t) {
-        return s.polygon == t.polygon && s.text == t.text;
-    };
     return SameBytes(a.positions, b.positions) && SameBytes(a.colours, b.colours) &&
            SameBytes(a.uvs, b.uvs) && a.polygonStart == b.polygonStart &&
            a.cornerVerts == b.cornerVerts && a.cornerUVs == b.cornerUVs &&
-           std::equal(a.statements.begin(), a.statements.end(), b.statements.begin(),
-                      b.statements.end(), same);
+           a.statements == b.statements;
 }
 
 }  // namespace VantrelSDK::shapes

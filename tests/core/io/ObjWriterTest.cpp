@@ -72,15 +72,14 @@ PolyMesh AnyMesh() {
     }
     for (int i = 0; i < uvs; ++i) mesh.uvs.emplace_back(*AnyFloat(), *AnyFloat());
     for (int p = *rc::gen::inRange(0, 5); p > 0; --p) {
-        if (*rc::gen::arbitrary<bool>())
-            mesh.statements.push_back({mesh.NumPolygons(), "g a\\ #b "});
+        if (*rc::gen::arbitrary<bool>()) mesh.statements.Add(mesh.NumPolygons(), "g a\\ #b ");
         for (int c = *rc::gen::inRange(3, 7); c > 0; --c) {
             mesh.cornerVerts.push_back(*rc::gen::inRange(0, verts));
             if (uvs > 0) mesh.cornerUVs.push_back(*rc::gen::inRange(-1, uvs));
         }
         mesh.polygonStart.push_back(static_cast<int>(mesh.cornerVerts.size()));
     }
-    mesh.statements.push_back({mesh.NumPolygons(), "usemtl \u4e2d"});
+    mesh.statements.Add(mesh.NumPolygons(), "usemtl \u4e2d");
     const auto isNone = [](int uv) { return uv < 0; };
     if (std::all_of(mesh.cornerUVs.begin(), mesh.cornerUVs.end(), isNone)) mesh.cornerUVs.clear();
     return mesh;
@@ -98,7 +97,7 @@ TEST(ObjWriter, RefusesWhatCouldNotBeReadAgain) {
     EXPECT_FALSE(FormatObj(mesh, text, error));
     EXPECT_EQ(error, "vertex 3 is not finite");
     mesh = Grid(1, 1);
-    mesh.statements.push_back({0, "g a\nv 0 0 0"});
+    mesh.statements.Add(0, "g a\nv 0 0 0");
     EXPECT_FALSE(FormatObj(mesh, text, error));
     EXPECT_EQ(error, "statement 1 is not one line");
 }
