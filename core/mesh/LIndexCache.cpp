@@ -29,7 +29,9 @@ bool LIndexCache::Reserve(size_t count) {
 bool LIndexCache::Reset(int universe) {
     items_.clear();
     unmarked_ = false;
-    return marks_.Reset(universe > 0 ? universe : 0);
+    const bool done = marks_.Reset(universe > 0 ? universe : 0);
+    marks_.Populate();
+    return done;
 }
 
 void LIndexCache::Traverse(NodeCallback* callback) const {

@@ -330,6 +330,7 @@ void LMeshObject::AfterLevelChange() {
     UpdateLevelMtlIds();
     weighted_.clear();
     weights_.Reset(GetNumVerts());
+    weights_.Populate();
 }
 
 bool LMeshObject::SubdivideAll_Loop(bool smoothGeom, bool protectOpen) {

@@ -269,6 +269,7 @@ class LOctTree {
             visit(faces_[i].face, slotPos_[faces_[i].slot[0]], slotPos_[faces_[i].slot[1]],
                   slotPos_[faces_[i].slot[2]]);
     }
+    void PrefetchNode(int node) const;
     void IntersectLeaf(const Leaf& leaf, const TreeRay& ray, RayHit& best) const;
 
     std::shared_ptr<const LMeshTopology> topology_;

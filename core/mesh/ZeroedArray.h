@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -40,6 +41,11 @@ class ZeroedArray {
         data_ = static_cast<T*>(data);
         size_ = size;
         return true;
+    }
+
+    /// Pays for all pages now, where a pause is welcome, so that nobody does it later.
+    void Populate() {
+        if (data_) std::memset(static_cast<void*>(data_), 0, size_ * sizeof(T));
     }
 
     size_t size() const { return size_; }

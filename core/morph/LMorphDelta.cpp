@@ -34,6 +34,7 @@ void LMorphDelta::AllockBack() {
     const size_t count = mesh_->GetNumVerts();
     if (back_.size() == count) return;
     back_.Reset(count);
+    back_.Populate();
     dirty_.Reset(static_cast<int>(count));
 }
 

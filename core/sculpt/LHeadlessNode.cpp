@@ -100,7 +100,8 @@ bool LHeadlessNode::GetResult(const PolyMesh& source, int level, PolyMesh& resul
     result = {};
     result.positions.resize(geom.GetNumLevelVerts(level));
     for (size_t v = 0; v < result.positions.size(); ++v) {
-        result.positions[v] = base[v] + delta[v];
+        // What was not sculpted keeps its bits: -0 + 0 would not.
+        result.positions[v] = delta[v] == LPoint3::Zero ? base[v] : base[v] + delta[v];
         if (IsFinite(result.positions[v])) continue;
         error = "the strokes moved vertex " + std::to_string(v) +
                 " out of the range of numbers; use smaller moves, pressure or radius";
