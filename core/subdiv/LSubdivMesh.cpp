@@ -224,7 +224,9 @@ void LSubdivMesh::FillLevel(const LMeshTopology& topology, const LLevelRule& rul
     }
     const LLoopSmoothCache smoothed(verts_.data(), topology.GetNumVerts(), topology.AdjVerts(),
                                     open.get());
-    for (int v = 0; v < topology.GetNumVerts(); ++v) verts_[v] = smoothed.GetVert(v);
+    std::vector<LPoint3> moved(topology.GetNumVerts());
+    smoothed.Fill(moved.data());
+    std::copy(moved.begin(), moved.end(), verts_.begin());
 }
 
 bool LSubdivMesh::AddLevel(std::shared_ptr<const LMeshTopology> topology,
