@@ -55,10 +55,12 @@ class FalloffSampler {
           falls_(std::is_sorted(curve.values.rbegin(), curve.values.rend())) {}
 
     float operator()(float d) const {
-        if (d >= radius_) return d == radius_ ? values_[n_] : 0;
+        // Comparisons that a distance which is not a number fails.
+        if (!(d < radius_)) return d == radius_ ? values_[n_] : 0;
+        if (d == 0) return values_[0];
         const float x = d * perRadius_;
+        if (!(x < 1)) return values_[n_];
         const int k = static_cast<int>(n_ * x);
-        if (k >= n_) return values_[n_];
         return values_[k] + (values_[k + 1] - values_[k]) * ((x - locations_[k]) * perStep_);
     }
     /// The curve never rises: the nearest of several distances has the greatest value.
