@@ -32,8 +32,12 @@ const LMesh& BumpyTorus(int rings, int sides) {
     return mesh;
 }
 
-const LMesh& SearchMesh() { return BumpyTorus(1732, 866); }  // 1.5 million vertices
-const LMesh& RayMesh() { return BumpyTorus(1225, 612); }     // 1.5 million triangles
+const LMesh& SearchMesh() {
+    return BumpyTorus(1732, 866);
+}  // 1.5 million vertices
+const LMesh& RayMesh() {
+    return BumpyTorus(1225, 612);
+}  // 1.5 million triangles
 
 /// Places on the surface.
 std::vector<LPoint3> Places(const LMesh& mesh, int count) {
@@ -181,8 +185,18 @@ class EmbreeScene {
     void Build() { rtcCommitScene(scene_); }
     bool Trace(const Ray& ray) const {
         RTCRayHit query{};
-        query.ray = {ray.origin.x, ray.origin.y, ray.origin.z, 0, ray.dir.x,    ray.dir.y,
-                     ray.dir.z,    0,            1e30f,        ~0u, 0, 0};
+        query.ray = {ray.origin.x,
+                     ray.origin.y,
+                     ray.origin.z,
+                     0,
+                     ray.dir.x,
+                     ray.dir.y,
+                     ray.dir.z,
+                     0,
+                     1e30f,
+                     ~0u,
+                     0,
+                     0};
         query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
         RTCIntersectContext context;
         rtcInitIntersectContext(&context);

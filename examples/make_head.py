@@ -856,14 +856,14 @@ class Head:
         points, uv = np.round(half.points, 5) + 0.0, np.round(half_uv, 5)
         twin = half.mirror()
         self.points = np.concatenate([points, points[~half.midline] * (-1, 1, 1)])
-        quads = np.concatenate([half.quads, twin[half.quads[:, ::-1]]])
+        quads = np.concatenate([half.quads, twin[half.quads[:, [0, 3, 2, 1]]]])
 
         # On the seam the two halves part; on the front midline they share their coordinates.
         apart = ~half.midline
         apart[seam] = True
         uv_twin = np.where(apart, len(uv) + np.cumsum(apart) - 1, np.arange(len(uv)))
         self.uvs = np.concatenate([uv, np.round((1, 0) + uv[apart] * (-1, 1), 5)])
-        uv_quads = np.concatenate([half.quads, uv_twin[half.quads[:, ::-1]]])
+        uv_quads = np.concatenate([half.quads, uv_twin[half.quads[:, [0, 3, 2, 1]]]])
 
         groups = np.array([GROUPS.index(group) for group in half.groups * 2])
         order = np.argsort(groups, kind="stable")

@@ -59,9 +59,11 @@ TEST(Program, InfoCountsEveryModel) {
 TEST(Program, ReplaysOnEveryModelAndKeepsWhatIsNotSculpted) {
     const auto files = shapes::RealObjFiles();
     Folder folder;
-    const std::string idle = folder.Write("idle.jsonl", kHeader + kPress + "{\"op\":\"release\"}\n");
+    const std::string idle =
+        folder.Write("idle.jsonl", kHeader + kPress + "{\"op\":\"release\"}\n");
     for (const auto& file : files) {
-        const std::string in = folder.Write("in.obj", shapes::TextOf(file)), out = folder / "out.obj";
+        const std::string in = folder.Write("in.obj", shapes::TextOf(file)),
+                          out = folder / "out.obj";
         PolyMesh before, after;
         FileError error;
         ASSERT_TRUE(ReadObj(in, before, error));
@@ -83,9 +85,10 @@ TEST(Program, WritesLevelsAndStats) {
     const std::string mesh = folder.Write("in.obj", kSquare), out = folder / "out.obj",
                       stats = folder / "stats.json";
     const std::string log = folder.Write(
-        "log.jsonl", kHeader + "{\"op\":\"subdivide\",\"kind\":\"loop\"}\n" +
-                         "{\"op\":\"subdivide\",\"kind\":\"loop\"}\n{\"op\":\"level\",\"value\":1}\n" +
-                         kPress + kMove + "{\"op\":\"release\"}\n{\"op\":\"undo\"}\n" + kPress + kMove);
+        "log.jsonl",
+        kHeader + "{\"op\":\"subdivide\",\"kind\":\"loop\"}\n" +
+            "{\"op\":\"subdivide\",\"kind\":\"loop\"}\n{\"op\":\"level\",\"value\":1}\n" + kPress +
+            kMove + "{\"op\":\"release\"}\n{\"op\":\"undo\"}\n" + kPress + kMove);
     const auto replay = [&](const std::string& more) {
         return Kelmo("replay " + log + " --mesh " + mesh + " --out " + out + " " + more);
     };
@@ -107,8 +110,12 @@ TEST(Program, WritesLevelsAndStats) {
 
     ASSERT_EQ(replay("--stats " + stats + " --repeat 3").code, 0);
     const auto json = nlohmann::json::parse(Read(stats));
-    for (const auto& [op, count] : std::map<std::string, int>{
-             {"press", 6}, {"move", 6}, {"release", 6}, {"undo", 3}, {"level", 3}, {"subdivide", 6}}) {
+    for (const auto& [op, count] : std::map<std::string, int>{{"press", 6},
+                                                              {"move", 6},
+                                                              {"release", 6},
+                                                              {"undo", 3},
+                                                              {"level", 3},
+                                                              {"subdivide", 6}}) {
         const auto& times = json["operations"][op];
         EXPECT_EQ(times["count"], count) << op;
         EXPECT_LE(times["median_ms"], times["p95_ms"]);
@@ -160,10 +167,11 @@ TEST(Program, StrokesOutOfTheRangeOfNumbersAreRefused) {
             press.replace(press.find("[1,0,0]"), 7, "[3e38,0,0]");
         else
             press.replace(press.find("radius\":1"), 9, "radius\":3e38");
-        text += press + "{\"op\":\"move\",\"pos\":[3e38,-3e38,3e38],\"screen\":[3e38,0],"
-                        "\"normal\":[3e38,0,1]}\n"
-                        "{\"op\":\"move\",\"pos\":[-3e38,3e38,1e-38],\"screen\":[-3e38,0],"
-                        "\"normal\":[0,0,0]}\n{\"op\":\"release\"}\n";
+        text += press +
+                "{\"op\":\"move\",\"pos\":[3e38,-3e38,3e38],\"screen\":[3e38,0],"
+                "\"normal\":[3e38,0,1]}\n"
+                "{\"op\":\"move\",\"pos\":[-3e38,3e38,1e-38],\"screen\":[-3e38,0],"
+                "\"normal\":[0,0,0]}\n{\"op\":\"release\"}\n";
     }
     const std::string log = folder.Write("log.jsonl", text);
     const Outcome outcome = Kelmo("replay " + log + " --mesh " + mesh + " --out " + out);
@@ -181,9 +189,9 @@ TEST(Examples, EachGivesTheSameBytesWithAnyNumberOfWorkers) {
         std::string first;
         for (const int threads : {1, 2, 8}) {
             const std::string out = folder / "out.obj";
-            const Outcome outcome = Kelmo("replay " + log + " --mesh " + kExamples +
-                                          "/head.obj --out " + out + " --threads " +
-                                          std::to_string(threads));
+            const Outcome outcome =
+                Kelmo("replay " + log + " --mesh " + kExamples + "/head.obj --out " + out +
+                      " --threads " + std::to_string(threads));
             ASSERT_EQ(outcome.code, 0) << log << outcome.text;
             if (threads == 1) first = Read(out);
             EXPECT_EQ(Read(out), first) << log << ", " << threads << " workers";

@@ -59,9 +59,9 @@ TEST(MeshFacts, CountsWhatTheZooAndTheModelsHold) {
     }
     // Border and non-manifold edges as an independent reader has counted them.
     const std::map<std::string, std::pair<int, int>> known = {
-        {"spot_control_mesh.obj", {0, 0}},   {"spot_quadrangulated.obj", {0, 0}},
-        {"ict_neutral.obj.xz", {1040, 0}},   {"koala.obj.xz", {0, 0}},
-        {"spider.obj", {96, 0}},             {"joined_tetrahedra.obj", {0, 3}},
+        {"spot_control_mesh.obj", {0, 0}}, {"spot_quadrangulated.obj", {0, 0}},
+        {"ict_neutral.obj.xz", {1040, 0}}, {"koala.obj.xz", {0, 0}},
+        {"spider.obj", {96, 0}},           {"joined_tetrahedra.obj", {0, 3}},
         {"nonmanifold_edge.obj", {9, 1}},
     };
     int seen = 0;

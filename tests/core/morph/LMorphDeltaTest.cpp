@@ -71,7 +71,8 @@ TEST(MorphDelta, UpperLevelsFollowWhatChangedBelowAndKeepTheirDetail) {
         const ISubdivLayer* layer = geom.GetSubdivs().GetLayer(level);
         for (int v = layer->GetFirstVert(); v <= layer->GetLastVert(); ++v) {
             const auto [a, b] = layer->rule()->parents[v - layer->GetFirstVert()];
-            change.SetVertByAbsIdx(v, (change.GetVertByAbsIdx(a) + change.GetVertByAbsIdx(b)) * 0.5f);
+            change.SetVertByAbsIdx(v,
+                                   (change.GetVertByAbsIdx(a) + change.GetVertByAbsIdx(b)) * 0.5f);
         }
     }
     for (int v = 0; v < geom.GetNumLevelVerts(3); ++v) {

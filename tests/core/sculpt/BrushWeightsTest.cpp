@@ -85,7 +85,8 @@ TEST(BrushWeights, PatternsLieInTheStrokesFrame) {
     const LPoint3 c(0.5f, 0, 0);
     EXPECT_NEAR(node->calcWeight2(0, {0.8f, 0.2f, 0}, c), 0.3f, 1e-6f);
     EXPECT_NEAR(node->calcWeight2tex({0.8f, 0.2f, 0}, c), 1, 1e-6f);
-    // Without falloff a symmetric drag weighs 1 whatever the pattern, a brush what the pattern says.
+    // Without falloff a symmetric drag weighs 1 whatever the pattern, a brush what the pattern
+    // says.
     node->settings().symmetry = 1;
     EXPECT_EQ(node->calcWeight(0, {0.8f, 0, 0}, c), 1);
     EXPECT_NEAR(node->calcWeight2(0, {0.8f, 0, 0}, c), 0.3f, 1e-6f);
@@ -116,7 +117,8 @@ TEST(BrushWeights, SnappingFindsTheSurfaceAndRemembersIt) {
     node->settings().symmetrySnapRadius = 0.6f;
     for (int i = 0; i < 2; ++i)
         EXPECT_TRUE(node->MirrorPosition({0.11f, 0.1f, 0.5f}).Equals({0.11f, 0.1f, 0}, 1e-6f));
-    EXPECT_EQ(node->MirrorPosition({0, 0, 0.7f}), LPoint3(0, 0, -0.7f)) << "too far: the plain image";
+    EXPECT_EQ(node->MirrorPosition({0, 0, 0.7f}), LPoint3(0, 0, -0.7f))
+        << "too far: the plain image";
     EXPECT_EQ(node->MirrorPosition({0, 0, 0.7f}), LPoint3(0, 0, -0.7f));
 }
 

@@ -163,6 +163,5 @@ TEST(Node, EraseGoesBackToTheSessionsBeginning) {
     Stroke(*node, {.mode = 8, .pos = pos}, Path(pos, {0.02f, 0, 0}, 3));
     for (int i = 0; i < 20; ++i)
         Stroke(*node, {.mode = 19, .pos = pos, .radius = 1}, Path(pos, {0.02f, 0, 0}, 4));
-    for (size_t v = 0; v < start.size(); ++v)
-        EXPECT_LT((Deltas(*node)[v] - start[v]).Len(), 0.02f);
+    for (size_t v = 0; v < start.size(); ++v) EXPECT_LT((Deltas(*node)[v] - start[v]).Len(), 0.02f);
 }
