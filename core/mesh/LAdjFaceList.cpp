@@ -8,12 +8,12 @@
 
 namespace VantrelSDK {
 
-LAdjFaceList::LAdjFaceList(std::span<const LFace> faces, int nverts) {
-    if (faces.empty() || faces.size() > INT_MAX) return;
+LAdjFaceList::LAdjFaceList(CornerView faces, int nverts) {
+    if (faces.size() == 0 || faces.size() > INT_MAX) return;
     const int nfaces = static_cast<int>(faces.size());
     const auto visitCorners = [&](auto&& emit) {
         for (int f = 0; f < nfaces; ++f) {
-            const int* v = faces[f].v;
+            const int* v = faces[f];
             for (int k = 0; k < 3; ++k) {
                 const bool known = (k > 0 && v[k] == v[0]) || (k > 1 && v[k] == v[1]);
                 if (!known && v[k] >= 0 && v[k] < nverts) emit(v[k], f);

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "core/mesh/CornerView.h"
 #include "core/mesh/ElementMasks.h"
 #include "core/mesh/LFace.h"
 #include "core/mesh/LIndexRows.h"
@@ -19,7 +20,7 @@ class LAdjFaceList {
     LAdjFaceList() = default;
     /// A corner outside 0 to nverts - 1 is left out. Takes time and memory in proportion to the
     /// faces; the faces are not kept.
-    LAdjFaceList(std::span<const LFace> faces, int nverts);
+    LAdjFaceList(CornerView faces, int nverts);
     LAdjFaceList(const LAdjFaceList&) = default;
     LAdjFaceList& operator=(const LAdjFaceList&) = default;
     virtual ~LAdjFaceList() = default;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "core/mesh/EdgeVisits.h"
 #include "core/mesh/LIndexRows.h"
 #include "core/mesh/SharedFaces.h"
 
@@ -39,52 +40,66 @@ std::vector<uint8_t> FlagEdges(const std::vector<LEdgeList::Edge>& edges,
 
 }  // namespace
 
-LEdgeList::LEdgeList(std::span<const LFace> faces, int nverts, const ElementMasks& masks)
-    : LEdgeList(faces, LAdjFaceList2(faces, nverts, masks)) {}
+LEdgeList::LEdgeList(CornerView faces, int nverts, const ElementMasks& masks)
+    : LEdgeList(faces, LAdjFaceList(faces, nverts), masks) {}
 
-LEdgeList::LEdgeList(std::span<const LFace> faces, const LAdjFaceList2& adj) {
-    const int nfaces = static_cast<int>(faces.size());
-    if (nfaces == 0 || adj.nfaces() != nfaces || !adj.GetAdjFacesForFace(0)) return;
-    const auto earlier = [&](int f, int k) {
-        const LAdjFaceList2::AdjFaces& across = *adj.GetAdjFacesForFace(f);
-        return across.has[k] && across.faces[k] < f ? across.faces[k] : -1;
-    };
+LEdgeList::LEdgeList(CornerView faces, const LAdjFaceList& adj, const ElementMasks& masks) {
+    if (faces.size() == 0 || static_cast<size_t>(adj.nfaces()) != faces.size()) return;
     try {
-        size_t reused = 0;
-        for (int f = 0; f < nfaces; ++f)
-            for (int k = 0; k < 3; ++k) reused += earlier(f, k) >= 0;
-        edges_.reserve(3 * faces.size() - reused);
-        faces_.reserve(faces.size());
-        for (int f = 0; f < nfaces; ++f) {
-            Face own;
+        // First the edges as their lower ends meet them, then their numbers in the faces' order.
+        const std::vector<int> met = EdgeOfEachCorner(faces, adj, masks);
+        std::vector<int> numbers(met.size(), -1);
+        edges_.reserve(faces.size() * 3 / 2);
+        faces_.resize(faces.size());
+        for (size_t f = 0; f < faces.size(); ++f)
             for (int k = 0; k < 3; ++k) {
-                const int a = faces[f].v[k], b = faces[f].v[(k + 1) % 3], other = earlier(f, k);
-                own[k] = other < 0 ? -1 : FindEdge(other, a, b);
-                if (own[k] >= 0) continue;
-                own[k] = GetNumEdges();
-                edges_.push_back({{a, b}});
+                const int edge = met[3 * f + k];
+                int unshared = -1;
+                int& number = edge < 0 ? unshared : numbers[edge];
+                if (number < 0) {
+                    number = GetNumEdges();
+                    edges_.push_back({{faces[f][k], faces[f][k == 2 ? 0 : k + 1]}});
+                }
+                faces_[f][k] = number;
             }
-            faces_.push_back(own);
-        }
+        edges_.shrink_to_fit();
     } catch (const std::bad_alloc&) {
         edges_ = {};
         faces_ = {};
     }
 }
 
-int LEdgeList::FindEdge(int neighbour, int a, int b) const {
-    for (const int e : faces_[neighbour]) {
-        const int* v = edges_[e].v;
-        if ((v[0] == a && v[1] == b) || (v[0] == b && v[1] == a)) return e;
-    }
-    return -1;
+/// Three entries a face: equal ones are the same edge; -1 for an edge with an end out of range,
+/// which nobody shares.
+std::vector<int> LEdgeList::EdgeOfEachCorner(CornerView faces, const LAdjFaceList& adj,
+                                             const ElementMasks& masks) const {
+    struct Met {
+        int low = -1, edge = -1, maker = -1;
+    };
+    std::vector<Met> met(adj.nverts());
+    std::vector<int> edgeOf(3 * faces.size(), -1);
+    int count = 0;
+    for (int low = 0; low < adj.nverts(); ++low)
+        VisitEdgesFrom(low, faces, adj, [&](int high, int f, int k) {
+            Met& known = met[high];
+            // An edge from a vertex to itself has the vertex's lowest face as its neighbour.
+            const bool earlier =
+                known.low == low && known.maker != f &&
+                (high != low || known.maker == adj.GetAdjFacesForVert(low).front());
+            const bool reuse = earlier && masks.Pass(f);
+            edgeOf[3 * static_cast<size_t>(f) + k] = reuse ? known.edge : count;
+            if (known.low != low) known = {low, count, f};
+            if (!reuse) ++count;
+        });
+    return edgeOf;
 }
 
 LEdgeVisList::LEdgeVisList(std::span<const LFace> faces, int nverts, const ElementMasks& masks)
-    : LEdgeVisList(faces, LAdjFaceList2(faces, nverts, masks)) {}
+    : LEdgeVisList(faces, LAdjFaceList(faces, nverts), masks) {}
 
-LEdgeVisList::LEdgeVisList(std::span<const LFace> faces, const LAdjFaceList2& adj)
-    : LEdgeList(faces, adj) {
+LEdgeVisList::LEdgeVisList(std::span<const LFace> faces, const LAdjFaceList& adj,
+                           const ElementMasks& masks)
+    : LEdgeList(faces, adj, masks) {
     flags_ = FlagEdges(edges(), faces, adj, [&](const Edge& edge, SharedFaces::Pair holders) {
         if (holders.first < 0) return false;
         const LFace& face = faces[holders.first];
@@ -93,10 +108,11 @@ LEdgeVisList::LEdgeVisList(std::span<const LFace> faces, const LAdjFaceList2& ad
 }
 
 LEdgeOpenList::LEdgeOpenList(std::span<const LFace> faces, int nverts, const ElementMasks& masks)
-    : LEdgeOpenList(faces, LAdjFaceList2(faces, nverts, masks)) {}
+    : LEdgeOpenList(faces, LAdjFaceList(faces, nverts), masks) {}
 
-LEdgeOpenList::LEdgeOpenList(std::span<const LFace> faces, const LAdjFaceList2& adj)
-    : LEdgeList(faces, adj) {
+LEdgeOpenList::LEdgeOpenList(std::span<const LFace> faces, const LAdjFaceList& adj,
+                             const ElementMasks& masks)
+    : LEdgeList(faces, adj, masks) {
     flags_ = FlagEdges(edges(), faces, adj,
                        [](const Edge&, SharedFaces::Pair holders) { return holders.second < 0; });
 }

@@ -25,11 +25,11 @@ class LEdgeList {
     using Face = std::array<int, 3>;
 
     LEdgeList() = default;
-    /// A face reuses the edge of the neighbour across it when that one came earlier. The masks
-    /// choose, by face, who has neighbours; a face without makes edges of its own.
-    LEdgeList(std::span<const LFace> faces, int nverts, const ElementMasks& masks = {});
-    /// The same with neighbours that are at hand. `adj` must be the table of `faces`.
-    LEdgeList(std::span<const LFace> faces, const LAdjFaceList2& adj);
+    /// A face reuses the edge that an earlier face made between the same two vertices. The masks
+    /// choose, by face, who may reuse; a face that may not makes edges of its own.
+    LEdgeList(CornerView faces, int nverts, const ElementMasks& masks = {});
+    /// The same with adjacency that is at hand: `adj` must be the table of `faces`.
+    LEdgeList(CornerView faces, const LAdjFaceList& adj, const ElementMasks& masks = {});
     virtual ~LEdgeList() = default;
 
     int GetNumEdges() const { return static_cast<int>(edges_.size()); }
@@ -45,8 +45,8 @@ class LEdgeList {
     const std::vector<Face>& faces() const { return faces_; }
 
   private:
-    /// The edge of face `neighbour` with these ends, or -1.
-    int FindEdge(int neighbour, int a, int b) const;
+    std::vector<int> EdgeOfEachCorner(CornerView faces, const LAdjFaceList& adj,
+                                      const ElementMasks& masks) const;
 
     std::vector<Edge> edges_;
     std::vector<Face> faces_;
@@ -57,7 +57,8 @@ class LEdgeVisList : public LEdgeList {
   public:
     LEdgeVisList() = default;
     LEdgeVisList(std::span<const LFace> faces, int nverts, const ElementMasks& masks = {});
-    LEdgeVisList(std::span<const LFace> faces, const LAdjFaceList2& adj);
+    LEdgeVisList(std::span<const LFace> faces, const LAdjFaceList& adj,
+                 const ElementMasks& masks = {});
 
     /// What the lowest face that holds both ends says about its edge that starts at the edge's
     /// first end. False for an edge without such a face or out of range.
@@ -76,7 +77,8 @@ class LEdgeOpenList : public LEdgeList {
   public:
     LEdgeOpenList() = default;
     LEdgeOpenList(std::span<const LFace> faces, int nverts, const ElementMasks& masks = {});
-    LEdgeOpenList(std::span<const LFace> faces, const LAdjFaceList2& adj);
+    LEdgeOpenList(std::span<const LFace> faces, const LAdjFaceList& adj,
+                  const ElementMasks& masks = {});
 
     /// False for an edge out of range.
     bool IsEdgeOpen(int e) const {

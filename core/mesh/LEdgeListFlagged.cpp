@@ -1,23 +1,13 @@
 #include "core/mesh/LEdgeListFlagged.h"
 
-#include <algorithm>
 #include <new>
 #include <utility>
+
+#include "core/mesh/EdgeVisits.h"
 
 namespace VantrelSDK {
 
 namespace {
-
-/// A visit to each edge of each face whose lower end is `low`, face by face, ascending:
-/// visit(higher end, face, place of the edge in it).
-template <class Visit>
-void VisitEdgesFrom(int low, std::span<const LFace> faces, const LAdjFaceList& adj, Visit&& visit) {
-    for (const int f : adj.GetAdjFacesForVert(low))
-        for (int k = 0; k < 3; ++k) {
-            const auto ends = std::minmax({faces[f].v[k], faces[f].v[(k + 1) % 3]});
-            if (ends.first == low && ends.second < adj.nverts()) visit(ends.second, f, k);
-        }
-}
 
 /// Numbers the edges. For the lower vertex at hand it knows, by the higher one, the first edge of
 /// the two and the one that still wants a second face, so that no list of edges is ever searched.
@@ -34,7 +24,6 @@ class EdgeNumbers {
     }
     /// The first edge that was taken for them, or -1.
     int First(int low, int high) const { return met_[high].low == low ? met_[high].first : -1; }
-    int count() const { return count_; }
 
   private:
     struct Met {
@@ -51,23 +40,22 @@ LEdgeListFlagged::LEdgeListFlagged(std::span<const LFace> faces, int nverts,
     const LAdjFaceList adj(faces, nverts);
     if (adj.nfaces() == 0) return;
     try {
-        EdgeNumbers counted(nverts);
-        for (int low = 0; low < nverts; ++low)
-            VisitEdgesFrom(low, faces, adj, [&](int high, int f, int) {
-                if (masks.Pass(f)) counted.Take(low, high);
-            });
-        edges_.resize(counted.count());
+        edges_.reserve(faces.size() * 3 / 2);
         faces_.resize(faces.size(), Face{-1, -1, -1});
-
         EdgeNumbers numbers(nverts);
+        const bool all = masks.include.empty() && masks.exclude.empty();
         for (int low = 0; low < nverts; ++low) {
             VisitEdgesFrom(low, faces, adj, [&](int high, int f, int k) {
-                if (masks.Pass(f)) Add(numbers.Take(low, high), faces[f], f, k);
+                if (!all && !masks.Pass(f)) return;
+                Add(numbers.Take(low, high), faces[f], f, k);
+                faces_[f][k] = numbers.First(low, high);
             });
+            if (all) continue;
             VisitEdgesFrom(low, faces, adj, [&](int high, int f, int k) {
                 faces_[f][k] = numbers.First(low, high);
             });
         }
+        edges_.shrink_to_fit();
     } catch (const std::bad_alloc&) {
         edges_ = {};
         faces_ = {};
@@ -75,16 +63,17 @@ LEdgeListFlagged::LEdgeListFlagged(std::span<const LFace> faces, int nverts,
 }
 
 void LEdgeListFlagged::Add(int e, const LFace& face, int f, int k) {
-    Edge& edge = edges_[e];
-    if (edge.index < 0) {
+    if (e == GetNumEdges()) {
+        Edge& edge = edges_.emplace_back();
         edge.index = e;
         edge.v[0] = face.v[k];
         edge.v[1] = face.v[(k + 1) % 3];
         edge.faces[0] = f;
     } else {
-        edge.faces[1] = f;
-        edge.flags |= kHasSecondFace;
+        edges_[e].faces[1] = f;
+        edges_[e].flags |= kHasSecondFace;
     }
+    Edge& edge = edges_[e];
     if (face.IsEdgeVisible(k)) edge.flags |= kVisible;
     if (face.IsEdgeGluing(k)) edge.flags |= kGluing;
 }

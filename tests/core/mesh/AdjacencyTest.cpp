@@ -146,7 +146,7 @@ Tables ByCore(const Input& in) {
     const LAdjFaceList2 adj(in.faces, in.nverts, in.Masks());
     const LAdjVertList verts(adj, in.faces, in.Masks());
     const LEdgeVisList vis(in.faces, in.nverts, in.Masks());
-    const LEdgeOpenList open(in.faces, adj);
+    const LEdgeOpenList open(in.faces, adj, in.Masks());
     const LVertOpenList openVerts(in.nverts, open);
     const LEdgeListFlagged flagged(in.faces, in.nverts, in.Masks());
     for (int v = 0; v < in.nverts; ++v) {
@@ -257,7 +257,7 @@ TEST(Adjacency, OutOfRangeQuestionsHaveEmptyAnswers) {
     }
     EXPECT_EQ(LAdjFaceList(mesh.faces, -5).nverts(), 0);
     EXPECT_EQ(LAdjVertList(adj, {}).nverts(), 0);  // a table of other faces
-    EXPECT_EQ(LEdgeList({}, adj).GetNumEdges(), 0);
+    EXPECT_EQ(LEdgeList(std::vector<LFace>(), adj).GetNumEdges(), 0);
 }
 
 TEST(Adjacency, TablesTakeNoMoreThanTheirEntries) {
