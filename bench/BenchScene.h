@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cmath>
+#include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "core/io/SystemMemory.h"
 #include "core/sculpt/LHeadlessNode.h"
@@ -29,17 +31,16 @@ inline PolyMesh Hills(long long triangles) {
     return mesh;
 }
 
-/// A node in a session over such a sheet. Kept until another one is asked for.
+/// A node in a session over such a sheet. Each is opened once and kept, so that benchmarks may come
+/// in any order.
 inline LHeadlessNode& OpenScene(long long triangles, int workers) {
-    static std::unique_ptr<LHeadlessNode> node;
-    static std::pair<long long, int> held;
-    if (node && held == std::pair(triangles, workers)) return *node;
-    node.reset();
+    static std::map<std::pair<long long, int>, std::unique_ptr<LHeadlessNode>> scenes;
+    std::unique_ptr<LHeadlessNode>& node = scenes[{triangles, workers}];
+    if (node) return *node;
     node = std::make_unique<LHeadlessNode>(workers);
     std::string error;
     node->Load(Hills(triangles), error);
     node->InitSculpt();
-    held = {triangles, workers};
     return *node;
 }
 
