@@ -145,9 +145,9 @@ BENCHMARK(BM_Stroke)
     ->Unit(benchmark::kMicrosecond)
     ->Iterations(200);
 
-/// The parts of a Brush Pull step, each repeated alone after the step: the search, which weighs too;
-/// the marks in the display cache; and what they make it evaluate, mostly normals. What is left of a
-/// step moves the vertices and keeps their former values. Arguments: triangles, vertices.
+/// The parts of a Brush Pull step, each repeated alone after the step: the search, which weighs
+/// too; the marks in the display cache; and what they make it evaluate, mostly normals. What is
+/// left of a step moves the vertices and keeps their former values. Arguments: triangles, vertices.
 void BM_StepParts(benchmark::State& state) {
     constexpr int kMode = 8;
     LHeadlessNode& node = OpenScene(state.range(0), 1);

@@ -10,8 +10,9 @@ import statistics
 import sys
 
 BEGIN, END = "<!-- tables: begin -->", "<!-- tables: end -->"
+SHORTEST = 10  # microseconds: below, a ratio tells of the clock and of chance
 PARTS = ["press", "step", "release", "undo"]
-PLOTTED = {0: "#4e79a7", 8: "#e15759", 12: "#59a14f", 16: "#b07aa1", 19: "#f28e2b"}
+PLOTTED = {0: "#4e79a7", 8: "#e15759", 12: "#59a14f", 10: "#f28e2b", 16: "#b07aa1"}
 
 
 class Runs:
@@ -28,7 +29,7 @@ class Runs:
             self.runs.setdefault((name, arguments), []).append(run)
 
     def arguments(self, name):
-        """In the order of the file, which interleaving leaves as they were declared or not."""
+        """Of all benchmarks of that name, in their order."""
         return sorted(a for n, a in self.runs if n == name)
 
     def values(self, name, arguments, counter):
@@ -58,21 +59,19 @@ def section(title, command, *blocks):
     return "\n".join([f"### {title}\n", f"`bench/run --filter '{command}'`\n", *blocks])
 
 
+def in_floors(runs, arguments, part):
+    """A part of a stroke in floors: a spell in which the machine is slow does not count."""
+    times = runs.values("BM_Stroke", arguments, f"{part}_us")
+    floors = runs.values("BM_Stroke", arguments, "floor_us")
+    return statistics.median(time / floor for time, floor in zip(times, floors))
+
+
 def stroke_cells(runs, group, part):
-    """Microseconds at each size, and the largest ratio between sizes: of times told in floors, so
-    that a spell in which the machine is slow does not count."""
+    """Microseconds at each size, and the largest ratio between sizes where they are long enough to be told."""
     times = [runs.median("BM_Stroke", a, f"{part}_us") for a in group]
-    inFloors = [
-        statistics.median(
-            t / floor
-            for t, floor in zip(
-                runs.values("BM_Stroke", a, f"{part}_us"), runs.values("BM_Stroke", a, "floor_us")
-            )
-        )
-        for a in group
-    ]
-    ratio = max(inFloors) / min(inFloors) if min(inFloors) > 0 else math.nan
-    return [" / ".join(number(t) for t in times), f"{ratio:.2f}"]
+    floors = [in_floors(runs, a, part) for a in group]
+    ratio = f"{max(floors) / min(floors):.2f}" if min(times) >= SHORTEST else ""
+    return [" / ".join(number(t) for t in times), ratio]
 
 
 def strokes(runs):
@@ -84,7 +83,7 @@ def strokes(runs):
         rows = []
         for group in modes.values():
             cells = [cell for part in PARTS for cell in stroke_cells(runs, group, part)]
-            floors = [runs.median("BM_Stroke", a, "floors") for a in group]
+            floors = [in_floors(runs, a, "step") for a in group]
             rows.append([runs.label("BM_Stroke", group[0]), *cells, " / ".join(number(f) for f in floors)])
         heads = ["mode"] + [head for part in PARTS for head in (part, "×")] + ["step in floors"]
         where = (
@@ -95,7 +94,8 @@ def strokes(runs):
         yield section(
             f"Strokes with {verts:,} vertices under the brush, {'cold' if cold else 'warm'}",
             f"BM_Stroke/[0-9]+/[0-9]+/{verts}/1/{cold}/",
-            f"One worker, {where}. Microseconds on {sizes} triangles; × is the largest ratio between the sizes.\n",
+            f"One worker, {where}. Microseconds on {sizes} triangles; × is the largest ratio between the "
+            f"sizes, for times from {SHORTEST} µs.\n",
             table(heads, rows),
         )
 
@@ -132,20 +132,20 @@ def workers(runs):
 
 def tree(runs):
     rows = []
-    for title, name, other, unit in [
-        ("5 thousand of 1.5 M points within a radius", "BM_RadiusQuery", "Nanoflann", 1),
-        ("one ray into 1.5 M triangles", "BM_Rays", "Embree", 1e-3),
-        ("building over 1.5 M triangles", "BM_Build", "Embree", 1e3),
+    for title, name, other in [
+        ("5 thousand of 1.5 M points within a radius", "BM_RadiusQuery", "Nanoflann"),
+        ("one ray into 1.5 M triangles", "BM_Rays", "Embree"),
+        ("building over 1.5 M triangles", "BM_Build", "Embree"),
     ]:
-        if (f"{name}_Kelmo", ()) not in runs.runs:
+        times = []
+        for library in ("Kelmo", other):
+            found = runs.runs.get((f"{name}_{library}", ()))
+            if found:
+                times.append((statistics.median(run["cpu_time"] for run in found), found[0]["time_unit"]))
+        if not times:
             continue
-        # Times come in the unit of the benchmark: microseconds, nanoseconds, milliseconds.
-        ours = runs.median(f"{name}_Kelmo", (), "cpu_time") * unit
-        theirs = "", "", ""
-        if (f"{name}_{other}", ()) in runs.runs:
-            time = runs.median(f"{name}_{other}", (), "cpu_time") * unit
-            theirs = other, number(time), f"{ours / time:.2f}"
-        rows.append([title, number(ours), *theirs])
+        cells = [f"{number(time)} {unit.replace('us', 'µs')}" for time, unit in times] + [""]
+        rows.append([title, *cells[:2], f"{times[0][0] / times[1][0]:.2f} of {other}" if len(times) > 1 else ""])
     if rows:
         bytes = ""
         if ("BM_RadiusQuery_Kelmo", ()) in runs.runs:
@@ -154,7 +154,7 @@ def tree(runs):
         yield section(
             "The search tree on one core",
             "BM_(RadiusQuery|Rays|Build)",
-            table(["", "Kelmo, µs", "", "µs", "Kelmo / other"], rows),
+            table(["", "Kelmo", "other", "Kelmo takes"], rows),
             *([bytes] if bytes else []),
         )
 
@@ -214,15 +214,16 @@ def spread(places, least):
 
 
 def plot(runs, path):
-    """Step time against mesh size, both on log axes: a line is flat where the mesh's size counts for nothing."""
+    """Step time against mesh size, both on log axes: a line is flat where the mesh's size counts for nothing.
+    The times are those at the machine's usual speed: multiples of the floor's middle time."""
     verts = 2000
-    lines = {}
-    for arguments in runs.arguments("BM_Stroke"):
-        mode, triangles, under, _, cold = arguments
-        if mode in PLOTTED and under == verts and not cold:
-            lines.setdefault(mode, []).append((triangles, runs.median("BM_Stroke", arguments, "step_us")))
-    if not lines:
+    plotted = [a for a in runs.arguments("BM_Stroke") if a[0] in PLOTTED and a[2] == verts and not a[4]]
+    if not plotted:
         sys.exit("table: nothing to plot: no warm strokes were run")
+    floor = statistics.median(f for a in plotted for f in runs.values("BM_Stroke", a, "floor_us"))
+    lines = {}
+    for arguments in plotted:
+        lines.setdefault(arguments[0], []).append((arguments[1], floor * in_floors(runs, arguments, "step")))
     width, height, left, right, top, bottom = 720, 420, 70, 120, 50, 60
     times = [t for line in lines.values() for _, t in line]
     sizes = sorted({s for line in lines.values() for s, _ in line})
@@ -258,7 +259,7 @@ def plot(runs, path):
         points = " ".join(f"{x(s):.1f},{y(t):.1f}" for s, t in lines[mode])
         parts.append(f'<polyline points="{points}" fill="none" stroke="{PLOTTED[mode]}" stroke-width="2"/>')
         parts += [f'<circle cx="{x(s):.1f}" cy="{y(t):.1f}" r="3.5" fill="{PLOTTED[mode]}"/>' for s, t in lines[mode]]
-        label = next(runs.label("BM_Stroke", a) for a in runs.arguments("BM_Stroke") if a[0] == mode)
+        label = next(runs.label("BM_Stroke", a) for a in plotted if a[0] == mode)
         text(width - right + 8, place, "start", label, PLOTTED[mode])
     replace(path, "\n".join(parts + ["</svg>", ""]))
 
