@@ -11,7 +11,7 @@ import sys
 
 BEGIN, END = "<!-- tables: begin -->", "<!-- tables: end -->"
 SHORTEST = 10  # microseconds: below, a ratio tells of the clock and of chance
-PARTS = ["press", "step", "release", "undo"]
+PARTS = ["press", "first", "step", "release", "undo"]
 PLOTTED = {0: "#4e79a7", 8: "#e15759", 12: "#59a14f", 10: "#f28e2b", 16: "#b07aa1"}
 
 
@@ -75,19 +75,21 @@ def stroke_cells(runs, group, part):
 
 
 def strokes(runs):
+    """A table for each number of vertices, warm and cold. Warm ones leave the first step out: it is like the others."""
     groups = {}
     for mode, triangles, verts, workers, cold in runs.arguments("BM_Stroke"):
         groups.setdefault((cold, verts), {}).setdefault(mode, []).append((mode, triangles, verts, workers, cold))
     for (cold, verts), modes in sorted(groups.items()):
+        shown = [part for part in PARTS if cold or part != "first"]
         sizes = " / ".join(size(a[1]) for a in next(iter(modes.values())))
         rows = []
         for group in modes.values():
-            cells = [cell for part in PARTS for cell in stroke_cells(runs, group, part)]
+            cells = [cell for part in shown for cell in stroke_cells(runs, group, part)]
             floors = [in_floors(runs, a, "step") for a in group]
             rows.append([runs.label("BM_Stroke", group[0]), *cells, " / ".join(number(f) for f in floors)])
-        heads = ["mode"] + [head for part in PARTS for head in (part, "×")] + ["step in floors"]
+        heads = ["mode"] + [head for part in shown for head in (part, "×")] + ["step in floors"]
         where = (
-            "at a place of its own each time, caches driven out before (the step is the first two of a stroke)"
+            "at a place of its own each time, caches driven out before (`step` is the second of a stroke)"
             if cold
             else "again and again at one place"
         )
@@ -120,7 +122,7 @@ def workers(runs):
     if len(found) < 2:
         return
     rows = []
-    for part in PARTS:
+    for part in ["press", "step", "release", "undo"]:
         one, two = (runs.median("BM_Workers", a, f"{part}_us") for a in found)
         rows.append([part, number(one), number(two), f"{one / two:.2f}"])
     yield section(
