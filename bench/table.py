@@ -66,11 +66,15 @@ def in_floors(runs, arguments, part):
     return statistics.median(time / floor for time, floor in zip(times, floors))
 
 
-def stroke_cells(runs, group, part):
+def middle_floor(runs, group):
+    """Microseconds of the floor over all these strokes: the machine's usual speed."""
+    return statistics.median(floor for a in group for floor in runs.values("BM_Stroke", a, "floor_us"))
+
+
+def stroke_cells(runs, group, part, floor):
     """Microseconds at each size, and the largest ratio between sizes where they are long enough to be told."""
-    times = [runs.median("BM_Stroke", a, f"{part}_us") for a in group]
-    floors = [in_floors(runs, a, part) for a in group]
-    ratio = f"{max(floors) / min(floors):.2f}" if min(times) >= SHORTEST else ""
+    times = [floor * in_floors(runs, a, part) for a in group]
+    ratio = f"{max(times) / min(times):.2f}" if min(times) >= SHORTEST else ""
     return [" / ".join(number(t) for t in times), ratio]
 
 
@@ -82,9 +86,10 @@ def strokes(runs):
     for (cold, verts), modes in sorted(groups.items()):
         shown = [part for part in PARTS if cold or part != "first"]
         sizes = " / ".join(size(a[1]) for a in next(iter(modes.values())))
+        floor = middle_floor(runs, [a for group in modes.values() for a in group])
         rows = []
         for group in modes.values():
-            cells = [cell for part in shown for cell in stroke_cells(runs, group, part)]
+            cells = [cell for part in shown for cell in stroke_cells(runs, group, part, floor)]
             floors = [in_floors(runs, a, "step") for a in group]
             rows.append([runs.label("BM_Stroke", group[0]), *cells, " / ".join(number(f) for f in floors)])
         heads = ["mode"] + [head for part in shown for head in (part, "×")] + ["step in floors"]
@@ -96,8 +101,8 @@ def strokes(runs):
         yield section(
             f"Strokes with {verts:,} vertices under the brush, {'cold' if cold else 'warm'}",
             f"BM_Stroke/[0-9]+/[0-9]+/{verts}/1/{cold}/",
-            f"One worker, {where}. Microseconds on {sizes} triangles; × is the largest ratio between the "
-            f"sizes, for times from {SHORTEST} µs.\n",
+            f"One worker, {where}. Microseconds on {sizes} triangles, at the speed at which a floor takes "
+            f"{number(floor)} µs; × is the largest ratio between the sizes, for times from {SHORTEST} µs.\n",
             table(heads, rows),
         )
 
@@ -222,7 +227,7 @@ def plot(runs, path):
     plotted = [a for a in runs.arguments("BM_Stroke") if a[0] in PLOTTED and a[2] == verts and not a[4]]
     if not plotted:
         sys.exit("table: nothing to plot: no warm strokes were run")
-    floor = statistics.median(f for a in plotted for f in runs.values("BM_Stroke", a, "floor_us"))
+    floor = middle_floor(runs, plotted)
     lines = {}
     for arguments in plotted:
         lines.setdefault(arguments[0], []).append((arguments[1], floor * in_floors(runs, arguments, "step")))

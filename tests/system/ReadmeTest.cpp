@@ -39,7 +39,7 @@ TEST(Readme, ItsCommandsRunOneAfterTheOther) {
     for (const std::string& block : blocks) {
         const std::string script = folder.Write("block.sh", block);
         const Outcome outcome = Shell("cd '" + folder / "" + "' && bash -eu " + script);
-        EXPECT_EQ(outcome.code, 0) << block << outcome.text;
+        ASSERT_EQ(outcome.code, 0) << block << outcome.text;
     }
     EXPECT_TRUE(fs::exists(folder / "kelmo-out/face.obj")) << "what ./run is said to make";
     EXPECT_GT(fs::file_size(folder / "kelmo-out/first.png"), 1000u);
