@@ -1,7 +1,9 @@
 #include <benchmark/benchmark.h>
+#include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
+#include <fstream>
 #include <random>
 
 #include "bench/BenchScene.h"
@@ -9,7 +11,8 @@
 #include "core/sculpt/BrushMode.h"
 
 // Strokes of every mode: press, step, release and undo apart, at sizes 10x apart. The counters are
-// medians; "floors" is a step against the least that a step must do for as many vertices.
+// medians; "floors" is a step against the least that a step must do for as many vertices, timed
+// between the same strokes.
 
 namespace VantrelSDK::bench {
 namespace {
@@ -22,44 +25,73 @@ double Median(std::vector<double>& values) {
     return values[values.size() / 2];
 }
 
+/// What the process takes from the system from now on.
+class MemoryWatch {
+  public:
+    MemoryWatch() {
+        malloc_trim(0);
+        // Takes the peak back to what is held.
+        std::ofstream("/proc/self/clear_refs") << 5;
+        start_ = Status("VmRSS:");
+    }
+    double Held() const {
+        malloc_trim(0);
+        return Status("VmRSS:") - start_;
+    }
+    double Peak() const { return Status("VmHWM:") - start_; }
+
+  private:
+    /// Bytes that the system tells of this process.
+    static double Status(const std::string& key) {
+        std::ifstream file("/proc/self/status");
+        double kilobytes = 0;
+        for (std::string word; file >> word;)
+            if (word == key && file >> kilobytes) break;
+        return kilobytes * 1024;
+    }
+
+    double start_;
+};
+
 /// Drives other data through the caches, as whatever the artist does between two strokes would.
 void ChillCaches() {
     static std::vector<char> junk(64 << 20);
     for (size_t i = 0; i < junk.size(); i += 64) ++junk[i];
 }
 
+/// Runs it; microseconds into `times`.
+void Timed(std::vector<double>& times, const auto& run) {
+    const auto start = Clock::now();
+    run();
+    times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
+}
+
 struct StrokeTimes {
-    std::vector<double> press, step, release, undo;
+    std::vector<double> press, first, step, release, undo;
     double verts = 0;
 };
 
-/// One stroke of eight steps, a fifth of a radius each, from a place; microseconds into `times`.
+/// One stroke of eight steps (two when cold), a fifth of a radius each, from a place; microseconds
+/// into `times`. The first step has no direction yet and searches in another way; a cold one waits
+/// for memory most.
 void TimeStroke(LHeadlessNode& node, int mode, const LPoint3& from, float radius, bool cold,
                 StrokeTimes& times) {
-    const auto timed = [](std::vector<double>& into, const auto& run) {
-        const auto start = Clock::now();
-        run();
-        into.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-    };
     node.settings().sculptMode = mode;
     if (cold) ChillCaches();
-    timed(times.press, [&] {
+    Timed(times.press, [&] {
         node.InitTransform(from, {0, 0, -1}, {1, 0, 0}, {0, 0, 1}, {0, 0}, radius, mode, false);
     });
     LPoint3 p = from;
     for (int i = 0; i < 8; ++i) {
         p += LPoint3(radius * 0.2f, radius * 0.02f * i, 0);
-        std::vector<double> first;
-        // The first step has no direction yet and searches in another way; warm ones follow it. A
-        // cold stroke is told by its first two.
-        timed(i == 0 ? first : times.step, [&] {
+        Timed(i == 0 ? times.first : times.step, [&] {
             node.Transform(p, {0.002f * (i + 1), 0}, {0, 0, 1});
         });
         times.verts = node.hits().verts.size();
         if (cold && i == 1) break;
     }
-    timed(times.release, [&] { node.FinishTransform(true); });
-    timed(times.undo, [&] { node.UndoStroke(); });
+    Timed(times.release, [&] { node.FinishTransform(true); });
+    Timed(times.undo, [&] { node.UndoStroke(); });
 }
 
 /// Arguments: mode, triangles, vertices under the brush, workers, cold.
@@ -73,20 +105,26 @@ void BM_Stroke(benchmark::State& state) {
     std::uniform_real_distribution<float> place(-half, half);
     node.settings().paintPressMult.Set(mode, 0.001f);
     StrokeTimes times;
+    FloorTimer floor(verts);
+    std::vector<double> floors;
     LPoint3 from;
     for (auto _ : state) {
         if (cold) from = {place(random), place(random), 0};
         TimeStroke(node, mode, from, radius, cold, times);
+        for (int i = 0; i < 2; ++i) floors.push_back(floor.Time());
     }
     state.SetLabel(FindBrushMode(mode)->name);
     const double step = Median(times.step);
     state.counters["press_us"] = Median(times.press);
+    state.counters["first_us"] = Median(times.first);
     state.counters["step_us"] = step;
     state.counters["release_us"] = Median(times.release);
     state.counters["undo_us"] = Median(times.undo);
     state.counters["verts"] = times.verts;
     state.counters["ns_vert"] = step * 1000 / verts;
-    state.counters["floors"] = step * 1000 / verts / FloorPerVertex(verts);
+    const double least = Median(floors);
+    state.counters["floor_us"] = least;
+    state.counters["floors"] = step / least;
 }
 
 void AllModes(benchmark::internal::Benchmark* bench) {
@@ -107,17 +145,68 @@ BENCHMARK(BM_Stroke)
     ->Unit(benchmark::kMicrosecond)
     ->Iterations(200);
 
-/// Opening a session; the counters tell the bytes a triangle of the whole process.
+/// The parts of a Brush Pull step, each repeated alone after the step: the search, which weighs
+/// too; the marks in the display cache; and what they make it evaluate, mostly normals. What is
+/// left of a step moves the vertices and keeps their former values. Arguments: triangles, vertices.
+void BM_StepParts(benchmark::State& state) {
+    constexpr int kMode = 8;
+    LHeadlessNode& node = OpenScene(state.range(0), 1);
+    const float radius = RadiusFor(static_cast<int>(state.range(1)));
+    node.settings().paintPressMult.Set(kMode, 0.001f);
+    node.settings().sculptMode = kMode;
+    LDisplayCache& display = *node.ldisplayCache();
+    std::vector<double> step, search, marks, normals;
+    for (auto _ : state) {
+        node.InitTransform({}, {0, 0, -1}, {1, 0, 0}, {0, 0, 1}, {0, 0}, radius, kMode, false);
+        for (int i = 1; i <= 4; ++i) {
+            std::vector<double> first;
+            Timed(i == 1 ? first : step, [&] {
+                node.Transform({radius * 0.2f * i, 0, 0}, {0.002f * i, 0}, {0, 0, 1});
+            });
+        }
+        LOctTree::Sweep sweep;
+        sweep.p0 = node.ltrans(1), sweep.p1 = node.ltrans(2), sweep.prev = node.ltrans(3);
+        sweep.radius = radius;
+        sweep.falloff = node.PaintCurve();
+        TreeHits& hits = node.hits();
+        Timed(search, [&] {
+            hits.Clear();
+            node.findFaces(sweep, hits);
+        });
+        Timed(marks, [&] {
+            display.Clear(false);
+            display.SetChanged(hits.faces, hits.verts, hits.border);
+        });
+        Timed(normals, [&] { display.CalcChanged(true); });
+        node.FinishTransform(true);
+        node.UndoStroke();
+    }
+    state.counters["step_us"] = Median(step);
+    state.counters["search_us"] = Median(search);
+    state.counters["marks_us"] = Median(marks);
+    state.counters["normals_us"] = Median(normals);
+}
+BENCHMARK(BM_StepParts)->Args({600'000, 10'000})->Unit(benchmark::kMicrosecond)->Iterations(200);
+
+/// Opening a session; the counters tell the bytes a triangle that stay with it, and the most that
+/// there are on the way, both without the file's mesh.
 void BM_OpenSession(benchmark::State& state) {
     const PolyMesh mesh = Hills(state.range(0));
+    const double triangles = mesh.NumPolygons();
     std::string error;
     for (auto _ : state) {
-        LHeadlessNode node(1);
-        node.Load(mesh, error);
-        node.InitSculpt();
-        benchmark::DoNotOptimize(node.loctTree());
+        state.PauseTiming();
+        MemoryWatch memory;
+        auto node = std::make_unique<LHeadlessNode>(1);
+        state.ResumeTiming();
+        node->Load(mesh, error);
+        node->InitSculpt();
+        state.PauseTiming();
+        state.counters["peak_bytes_triangle"] = memory.Peak() / triangles;
+        state.counters["bytes_triangle"] = memory.Held() / triangles;
+        node.reset();
+        state.ResumeTiming();
     }
-    state.counters["peak_bytes_per_triangle"] = static_cast<double>(PeakMemory()) / state.range(0);
 }
 BENCHMARK(BM_OpenSession)
     ->Arg(60'000)

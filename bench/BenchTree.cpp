@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <map>
 #include <random>
 
 #include "bench/BenchScene.h"
@@ -19,17 +20,15 @@
 namespace VantrelSDK::bench {
 namespace {
 
-/// A bumpy torus of 2 * rings * sides triangles.
+/// A bumpy torus of 2 * rings * sides triangles. Each is made once and kept.
 const LMesh& BumpyTorus(int rings, int sides) {
-    static LMesh mesh;
-    static std::pair<int, int> held;
-    if (held == std::pair(rings, sides)) return mesh;
+    static std::map<std::pair<int, int>, LMesh> meshes;
+    const auto held = meshes.find({rings, sides});
+    if (held != meshes.end()) return held->second;
     PolyMesh torus = shapes::Torus(rings, sides);
     for (LPoint3& p : torus.positions)
         p *= 1 + 0.03f * std::sin(9 * p.x) * std::cos(8 * p.y) + 0.02f * std::sin(31 * p.z);
-    mesh = Triangulate(torus);
-    held = {rings, sides};
-    return mesh;
+    return meshes[{rings, sides}] = Triangulate(torus);
 }
 
 const LMesh& SearchMesh() {

@@ -43,15 +43,20 @@ struct Outcome {
     std::string text;
 };
 
-inline Outcome Kelmo(const std::string& arguments) {
+/// Runs a command of the shell.
+inline Outcome Shell(const std::string& command) {
     Outcome outcome;
-    FILE* pipe = popen((std::string(KELMO_PROGRAM) + " " + arguments + " 2>&1").c_str(), "r");
+    FILE* pipe = popen((command + " 2>&1").c_str(), "r");
     char piece[4096];
     while (const size_t n = pipe ? fread(piece, 1, sizeof piece, pipe) : 0)
         outcome.text.append(piece, n);
     const int status = pipe ? pclose(pipe) : -1;
     outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
     return outcome;
+}
+
+inline Outcome Kelmo(const std::string& arguments) {
+    return Shell(std::string(KELMO_PROGRAM) + " " + arguments);
 }
 
 inline const std::string kExamples = std::string(KELMO_SOURCE_DIR) + "/examples";

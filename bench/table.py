@@ -1,0 +1,307 @@
+#!/usr/bin/env python3
+"""Turns the JSON of kelmo_bench into tables and a plot."""
+
+import argparse
+import json
+import math
+import os
+import re
+import statistics
+import sys
+
+BEGIN, END = "<!-- tables: begin -->", "<!-- tables: end -->"
+SHORTEST = 10  # microseconds: below, a ratio tells of the clock and of chance
+PARTS = ["press", "first", "step", "release", "undo"]
+PLOTTED = {0: "#4e79a7", 8: "#e15759", 12: "#59a14f", 10: "#f28e2b", 16: "#b07aa1"}
+
+
+class Runs:
+    """The repetitions of each benchmark, by its name and arguments."""
+
+    def __init__(self, results):
+        self.context = results["context"]
+        self.runs = {}
+        for run in results["benchmarks"]:
+            if run["run_type"] != "iteration" or run.get("error_occurred"):
+                continue
+            name, *arguments = run["run_name"].split("/")
+            arguments = tuple(int(a) for a in arguments if re.fullmatch(r"\d+", a))
+            self.runs.setdefault((name, arguments), []).append(run)
+
+    def arguments(self, name):
+        """Of all benchmarks of that name, in their order."""
+        return sorted(a for n, a in self.runs if n == name)
+
+    def values(self, name, arguments, counter):
+        return [run[counter] for run in self.runs[name, arguments]]
+
+    def median(self, name, arguments, counter):
+        return statistics.median(self.values(name, arguments, counter))
+
+    def label(self, name, arguments):
+        return self.runs[name, arguments][0]["label"]
+
+
+def number(value):
+    return f"{value:,.0f}" if value >= 100 else f"{value:.1f}" if value >= 10 else f"{value:.2f}"
+
+
+def size(triangles):
+    return f"{triangles // 1_000_000} M" if triangles >= 1_000_000 else f"{triangles // 1000} k"
+
+
+def table(heads, rows):
+    lines = ["| " + " | ".join(heads) + " |", "|---" + "|---:" * (len(heads) - 1) + "|"]
+    return "\n".join(lines + ["| " + " | ".join(row) + " |" for row in rows]) + "\n"
+
+
+def section(title, command, *blocks):
+    return "\n".join([f"### {title}\n", f"`bench/run --filter '{command}'`\n", *blocks])
+
+
+def in_floors(runs, arguments, part):
+    """A part of a stroke in floors: a spell in which the machine is slow does not count."""
+    times = runs.values("BM_Stroke", arguments, f"{part}_us")
+    floors = runs.values("BM_Stroke", arguments, "floor_us")
+    return statistics.median(time / floor for time, floor in zip(times, floors))
+
+
+def middle_floor(runs, group):
+    """Microseconds of the floor over all these strokes: the machine's usual speed."""
+    return statistics.median(floor for a in group for floor in runs.values("BM_Stroke", a, "floor_us"))
+
+
+def stroke_cells(runs, group, part, floor):
+    """Microseconds at each size, and the largest ratio between sizes where they are long enough to be told."""
+    times = [floor * in_floors(runs, a, part) for a in group]
+    ratio = f"{max(times) / min(times):.2f}" if min(times) >= SHORTEST else ""
+    return [" / ".join(number(t) for t in times), ratio]
+
+
+def strokes(runs):
+    """A table for each number of vertices, warm and cold. Warm ones leave the first step out: it is like the others."""
+    groups = {}
+    for mode, triangles, verts, workers, cold in runs.arguments("BM_Stroke"):
+        groups.setdefault((cold, verts), {}).setdefault(mode, []).append((mode, triangles, verts, workers, cold))
+    for (cold, verts), modes in sorted(groups.items()):
+        shown = [part for part in PARTS if cold or part != "first"]
+        sizes = " / ".join(size(a[1]) for a in next(iter(modes.values())))
+        floor = middle_floor(runs, [a for group in modes.values() for a in group])
+        rows = []
+        for group in modes.values():
+            cells = [cell for part in shown for cell in stroke_cells(runs, group, part, floor)]
+            floors = [in_floors(runs, a, "step") for a in group]
+            rows.append([runs.label("BM_Stroke", group[0]), *cells, " / ".join(number(f) for f in floors)])
+        heads = ["mode"] + [head for part in shown for head in (part, "×")] + ["step in floors"]
+        where = (
+            "at a place of its own each time, caches driven out before (`step` is the second of a stroke)"
+            if cold
+            else "again and again at one place"
+        )
+        yield section(
+            f"Strokes with {verts:,} vertices under the brush, {'cold' if cold else 'warm'}",
+            f"BM_Stroke/[0-9]+/[0-9]+/{verts}/1/{cold}/",
+            f"One worker, {where}. Microseconds on {sizes} triangles, at the speed at which a floor takes "
+            f"{number(floor)} µs; × is the largest ratio between the sizes, for times from {SHORTEST} µs.\n",
+            table(heads, rows),
+        )
+
+
+def parts(runs):
+    for arguments in runs.arguments("BM_StepParts"):
+        step, *known = (
+            runs.median("BM_StepParts", arguments, f"{part}_us") for part in ("step", "search", "marks", "normals")
+        )
+        known.insert(1, max(step - sum(known), 0))
+        names = ["search and weights", "moves and kept values", "marks", "positions and normals"]
+        rows = [[name, number(t), f"{100 * t / step:.0f} %"] for name, t in zip(names, known)]
+        yield section(
+            f"Where a Brush Pull step goes: {size(arguments[0])} triangles, {arguments[1]:,} vertices",
+            "BM_StepParts",
+            table(["part", "µs", "share"], rows + [["step", number(step), ""]]),
+        )
+
+
+def workers(runs):
+    found = runs.arguments("BM_Workers")
+    if len(found) < 2:
+        return
+    rows = []
+    for part in ["press", "step", "release", "undo"]:
+        one, two = (runs.median("BM_Workers", a, f"{part}_us") for a in found)
+        rows.append([part, number(one), number(two), f"{one / two:.2f}"])
+    yield section(
+        f"Workers: Brush Pull, {size(found[0][1])} triangles, {found[0][2]:,} vertices",
+        "BM_Workers",
+        table(["", "1 worker, µs", "2 workers, µs", "faster"], rows),
+    )
+
+
+def tree(runs):
+    rows = []
+    for title, name, other in [
+        ("5 thousand of 1.5 M points within a radius", "BM_RadiusQuery", "Nanoflann"),
+        ("one ray into 1.5 M triangles", "BM_Rays", "Embree"),
+        ("building over 1.5 M triangles", "BM_Build", "Embree"),
+    ]:
+        times = []
+        for library in ("Kelmo", other):
+            found = runs.runs.get((f"{name}_{library}", ()))
+            if found:
+                times.append((statistics.median(run["cpu_time"] for run in found), found[0]["time_unit"]))
+        if not times:
+            continue
+        cells = [f"{number(time)} {unit.replace('us', 'µs')}" for time, unit in times] + [""]
+        rows.append([title, *cells[:2], f"{times[0][0] / times[1][0]:.2f} of {other}" if len(times) > 1 else ""])
+    if rows:
+        bytes = ""
+        if ("BM_RadiusQuery_Kelmo", ()) in runs.runs:
+            held = runs.median("BM_RadiusQuery_Kelmo", (), "bytes_per_triangle")
+            bytes = f"The tree takes {number(held)} bytes a triangle.\n"
+        yield section(
+            "The search tree on one core",
+            "BM_(RadiusQuery|Rays|Build)",
+            table(["", "Kelmo", "other", "Kelmo takes"], rows),
+            *([bytes] if bytes else []),
+        )
+
+
+def obj(runs):
+    rows = []
+    for name, title in [("ReadObjFile", "read"), ("WriteObjFile", "write (until it is on the disk)")]:
+        for arguments in runs.arguments(name):
+            rows.append(
+                [
+                    f"{title}, {size(arguments[0])}",
+                    number(runs.median(name, arguments, "real_time")),
+                    number(runs.median(name, arguments, "bytes_per_second") / 1e6),
+                    number(runs.median(name, arguments, "items_per_second") / 1e6),
+                ]
+            )
+    if rows:
+        yield section("OBJ", "ObjFile", table(["triangles with UVs", "ms", "MB/s", "million triangles/s"], rows))
+
+
+def opening(runs):
+    rows = [
+        [
+            size(arguments[0]),
+            number(runs.median("BM_OpenSession", arguments, "real_time")),
+            number(runs.median("BM_OpenSession", arguments, "bytes_triangle")),
+            number(runs.median("BM_OpenSession", arguments, "peak_bytes_triangle")),
+        ]
+        for arguments in runs.arguments("BM_OpenSession")
+    ]
+    if rows:
+        yield section(
+            "Opening a session, one worker",
+            "BM_OpenSession",
+            table(["triangles", "ms", "bytes a triangle, open", "at most on the way"], rows),
+        )
+
+
+def machine(runs):
+    name = "an unknown processor"
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        for line in file:
+            if line.startswith("model name"):
+                name = line.split(":", 1)[1].strip()
+                break
+    date = runs.context["date"][:10]
+    return f"Measured {date} on {name}, {runs.context['num_cpus']} processors. Medians of five runs.\n"
+
+
+def spread(places, least):
+    """The places, moved apart so that neighbours have `least` between them; order kept."""
+    order = sorted(range(len(places)), key=lambda i: places[i])
+    result = list(places)
+    for before, after in zip(order, order[1:]):
+        result[after] = max(result[after], result[before] + least)
+    return result
+
+
+def plot(runs, path):
+    """Step time against mesh size, both on log axes: a line is flat where the mesh's size counts for nothing.
+    The times are those at the machine's usual speed: multiples of the floor's middle time."""
+    verts = 2000
+    plotted = [a for a in runs.arguments("BM_Stroke") if a[0] in PLOTTED and a[2] == verts and not a[4]]
+    if not plotted:
+        sys.exit("table: nothing to plot: no warm strokes were run")
+    floor = middle_floor(runs, plotted)
+    lines = {}
+    for arguments in plotted:
+        lines.setdefault(arguments[0], []).append((arguments[1], floor * in_floors(runs, arguments, "step")))
+    width, height, left, right, top, bottom = 720, 420, 70, 120, 50, 60
+    times = [t for line in lines.values() for _, t in line]
+    sizes = sorted({s for line in lines.values() for s, _ in line})
+    low, high = math.floor(math.log10(min(times))), math.ceil(math.log10(max(times)) + 1e-9)
+    first, last = math.log10(sizes[0] / 1.5), math.log10(sizes[-1] * 1.5)
+    x = lambda s: left + (math.log10(s) - first) / (last - first) * (width - left - right)
+    y = lambda t: height - bottom - (math.log10(t) - low) / (high - low) * (height - top - bottom)
+
+    parts = [
+        f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}" '
+        f'viewBox="0 0 {width} {height}" font-family="sans-serif" font-size="13">',
+        f'<rect width="{width}" height="{height}" fill="white"/>',
+        f'<text x="{left}" y="26" font-size="16">One step with {verts:,} vertices under the brush</text>',
+    ]
+
+    def line(x1, y1, x2, y2, colour):
+        parts.append(f'<line x1="{x1:.1f}" y1="{y1:.1f}" x2="{x2:.1f}" y2="{y2:.1f}" stroke="{colour}"/>')
+
+    def text(tx, ty, anchor, words, colour="#333"):
+        parts.append(f'<text x="{tx:.1f}" y="{ty:.1f}" text-anchor="{anchor}" fill="{colour}">{words}</text>')
+
+    for decade in range(low, high + 1):
+        for factor in range(1, 10 if decade < high else 2):
+            line(left, y(factor * 10**decade), width - right, y(factor * 10**decade), "#bbb" if factor == 1 else "#eee")
+        text(left - 8, y(10**decade) + 4, "end", f"{10.0**decade:g} µs")
+    for s in sizes:
+        line(x(s), top, x(s), height - bottom, "#ddd")
+        text(x(s), height - bottom + 20, "middle", size(s))
+    text((left + width - right) / 2, height - 14, "middle", "triangles of the mesh")
+    names = list(lines)
+    places = spread([y(lines[mode][-1][1]) + 4 for mode in names], 16)
+    for mode, place in zip(names, places):
+        points = " ".join(f"{x(s):.1f},{y(t):.1f}" for s, t in lines[mode])
+        parts.append(f'<polyline points="{points}" fill="none" stroke="{PLOTTED[mode]}" stroke-width="2"/>')
+        parts += [f'<circle cx="{x(s):.1f}" cy="{y(t):.1f}" r="3.5" fill="{PLOTTED[mode]}"/>' for s, t in lines[mode]]
+        label = next(runs.label("BM_Stroke", a) for a in plotted if a[0] == mode)
+        text(width - right + 8, place, "start", label, PLOTTED[mode])
+    replace(path, "\n".join(parts + ["</svg>", ""]))
+
+
+def replace(path, text):
+    temporary = f"{path}.{os.getpid()}.part"
+    with open(temporary, "w", encoding="utf-8") as file:
+        file.write(text)
+    os.replace(temporary, path)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("results", metavar="RESULTS.json", help="what kelmo_bench wrote with --benchmark_out")
+    parser.add_argument("--plot", action="append", default=[], metavar="FILE.svg", help="draw step time against mesh size")
+    parser.add_argument("--write", metavar="FILE.md", help="replace the tables between the markers of this file")
+    options = parser.parse_args()
+    try:
+        with open(options.results, encoding="utf-8") as file:
+            runs = Runs(json.load(file))
+        makers = [strokes, parts, workers, tree, obj, opening]
+        tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
+        print(tables)
+        if options.write:
+            with open(options.write, encoding="utf-8") as file:
+                before, found, rest = file.read().partition(BEGIN)
+            _, closed, after = rest.partition(END)
+            if not found or not closed:
+                sys.exit(f"table: {options.write} has no place for the tables; put {BEGIN} and {END} around it")
+            replace(options.write, f"{before}{BEGIN}\n{tables}\n{END}{after}")
+        for path in options.plot:
+            plot(runs, path)
+    except (OSError, ValueError, KeyError) as error:
+        sys.exit(f"table: {error}; is {options.results} what bench/run wrote?")
+
+
+if __name__ == "__main__":
+    main()
