@@ -41,9 +41,9 @@ int Main(int argc, const char* const* argv) {
         ->capture_default_str();
     replayCommand->footer(
         "The result is the same, bit for bit, with any number of workers. At level 0 OUT has the\n"
-        "polygons of the mesh, above it triangles. OUT is renamed into place when it is complete: "
-        "a\n"
-        "failed run leaves an old file as it was.");
+        "polygons of the mesh, above it quads where the level is made of quads, else triangles,\n"
+        "with the UVs of that level. OUT is renamed into place when it is complete: a failed run\n"
+        "leaves an old file as it was.");
 
     try {
         app.parse(argc, argv);

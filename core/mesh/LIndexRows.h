@@ -20,6 +20,12 @@ class LIndexRows {
     template <class Visit>
     bool Build(int nrows, Visit&& visit);
 
+    /// Takes rows that were made elsewhere: number of rows + 1 offsets into the entries.
+    void Adopt(std::vector<uint32_t> start, std::vector<int> entries) {
+        start_ = std::move(start);
+        entries_ = std::move(entries);
+    }
+
     int NumRows() const { return start_.empty() ? 0 : static_cast<int>(start_.size()) - 1; }
     /// The entries of a row; none for a row out of range.
     std::span<const int> Row(int row) const {

@@ -4,9 +4,17 @@
 #include <numeric>
 
 #include "core/mesh/LSmoothCache.h"
+#include "core/morph/LMeshBases.h"
 #include "core/sculpt/LNode.h"
+#include "core/subdiv/LTopoCaches.h"
+#include "core/subdiv/LUVSubdivChannel.h"
 
 namespace VantrelSDK {
+
+LMeshObject::LMeshObject(LNode* owner)
+    : owner_(owner), topocaches_(std::make_unique<LTopoCaches>()) {}
+
+LMeshObject::~LMeshObject() = default;
 
 void LMeshObject::InitGeom(const LMesh& base) {
     FreeAll();
@@ -27,6 +35,9 @@ bool LMeshObject::AllocateGeom(int nverts, int nfaces) {
 
 void LMeshObject::FreeAll() {
     geom_.reset();
+    bases_.reset();
+    uvs_.clear();
+    topocaches_ = std::make_unique<LTopoCaches>();
     input_ = {};
     blured_ = {};
     ResetArrays();
@@ -90,7 +101,7 @@ bool LMeshObject::Update(const LPoint3* newBase, const LSubdivMesh* delta, int n
     if (progress) progress->Show();
     if (newBase) std::copy_n(newBase, input_.size(), input_.begin());
     SmoothInput();
-    geom_->RebuildLevels();
+    geom_->RebuildLevels(owner_ ? owner_->lthGrp() : nullptr);
     while (delta && geom_->GetNumSubivLevels() < count && geom_->SubdivideLike(*delta, true))
         if (progress) progress->SetProgress(0.8f * geom_->GetNumSubivLevels() / count);
     geom_->SetActiveLevel(std::min(active, geom_->GetNumSubivLevels() - 1));
@@ -98,6 +109,7 @@ bool LMeshObject::Update(const LPoint3* newBase, const LSubdivMesh* delta, int n
         progress->SetProgress(0.99f);
         progress->Hide();
     }
+    UpdateBases();
     AfterLevelChange();
     return true;
 }
@@ -333,21 +345,99 @@ void LMeshObject::AfterLevelChange() {
     weights_.Populate();
 }
 
-bool LMeshObject::SubdivideAll_Loop(bool smoothGeom, bool protectOpen) {
-    if (!geom_ || !geom_->SubdivideAll_Loop(smoothGeom, protectOpen)) return false;
+/// The channels follow the geometry's new top, and everything else the channels.
+bool LMeshObject::AfterSubdivision() {
+    const int top = geom_->GetNumSubivLevels() - 1;
+    const ISubdivLayer& layer = *geom_->GetSubdivs().GetTop();
+    for (const auto& channel : uvs_) {
+        while (channel->GetNumSubdivLevels() > top) channel->DeleteTopLevel();
+        if (channel->GetNumSubdivLevels() < top || channel->IsEmpty()) continue;
+        const bool done = layer.GetType() == 1
+                              ? channel->SubdivideAll_Quad(*geom_->GetLevelTopology(top - 1), true)
+                              : channel->SubdivideAll_Loop(true);
+        if (done) continue;
+        geom_->DeleteTopLevel();
+        return false;
+    }
+    UpdateBases();
     AfterLevelChange();
     return true;
+}
+
+bool LMeshObject::SubdivideAll_Loop(bool smoothGeom, bool protectOpen) {
+    if (!geom_) return false;
+    if (!geom_->NeedBarys()) geom_->SetNeedBarys(true);
+    if (!geom_->SubdivideAll_Loop(smoothGeom, protectOpen)) return false;
+    topocaches_->AddTop(nullptr);
+    return AfterSubdivision();
 }
 
 bool LMeshObject::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smoothGeom,
                                     bool protectOpen) {
     if (!geom_ || !geom_->SubdivideAll_Loop(topo, smoothGeom, protectOpen)) return false;
-    AfterLevelChange();
+    topocaches_->AddTop(nullptr);
+    return AfterSubdivision();
+}
+
+bool LMeshObject::SubdivideAll_Quad(bool smoothGeom, bool protectOpen) {
+    if (!geom_) return false;
+    if (!geom_->NeedBarys()) geom_->SetNeedBarys(true);
+    auto cache =
+        std::make_unique<LQuadLevelTopoCache>(geom_->GetNumSubivLevels(), smoothGeom, protectOpen);
+    if (!geom_->SubdivideAll_Quad2(smoothGeom, protectOpen, cache.get())) return false;
+    topocaches_->AddTop(std::move(cache));
+    return AfterSubdivision();
+}
+
+bool LMeshObject::RebuildTopoCaches(int numLevels) {
+    if (!geom_) return false;
+    topocaches_ = std::make_unique<LTopoCaches>();
+    LSubdivMesh scratch(*geom_->GetLevelCopy(0));
+    scratch.SetNeedBarys(true);
+    for (int level = 1; level < numLevels; ++level) {
+        auto cache = std::make_unique<LQuadLevelTopoCache>(level, true, true);
+        if (!scratch.SubdivideAll_Quad2(true, true, cache.get())) return false;
+        topocaches_->AddTop(std::move(cache));
+    }
     return true;
+}
+
+LUVSubdivChannel* LMeshObject::GetUVChannel(int i) const {
+    return InRange(uvs_, i) ? uvs_[i].get() : nullptr;
+}
+
+void LMeshObject::AddChannel(std::unique_ptr<LUVSubdivChannel> channel) {
+    uvs_.push_back(std::move(channel));
+    UpdateBases();
+}
+
+void LMeshObject::ClearUVChannels() {
+    uvs_.clear();
+    UpdateBases();
+}
+
+LUVSubdivChannel* LMeshObject::GetActiveUVChannel() const {
+    LUVSubdivChannel* channel = GetUVChannel(owner_ ? owner_->getUVchannel() : 0);
+    return channel && !channel->IsEmpty() ? channel : nullptr;
+}
+
+LMeshBasesUV2* LMeshObject::GetBases() {
+    LUVSubdivChannel* channel = GetActiveUVChannel();
+    if (!geom_ || !channel) return nullptr;
+    if (!bases_) bases_ = std::make_unique<LMeshBasesUV2>(geom_.get(), channel, 0);
+    return bases_.get();
+}
+
+void LMeshObject::UpdateBases() {
+    bases_.reset();
 }
 
 bool LMeshObject::DeleteTopLevelSudiv(bool keepArrays) {
     if (!geom_ || !geom_->DeleteTopLevel()) return false;
+    for (const auto& channel : uvs_)
+        while (channel->GetNumSubdivLevels() > geom_->GetNumSubivLevels())
+            channel->DeleteTopLevel();
+    topocaches_->DelTop();
     if (!keepArrays) {
         const size_t levels = geom_->GetNumSubivLevels();
         const auto drop = [&](auto& arrays) {
@@ -358,13 +448,15 @@ bool LMeshObject::DeleteTopLevelSudiv(bool keepArrays) {
         drop(fmaterialidsLvls_);
     }
     SmoothInput();
-    geom_->RebuildLevels();
+    geom_->RebuildLevels(owner_ ? owner_->lthGrp() : nullptr);
+    UpdateBases();
     AfterLevelChange();
     return true;
 }
 
 bool LMeshObject::SetActiveSubdivLevel(int level) {
     if (!geom_ || level < 0 || !geom_->SetActiveLevel(level)) return false;
+    for (const auto& channel : uvs_) channel->_GetSubdivs().Activate(level);
     AfterLevelChange();
     return true;
 }

@@ -11,7 +11,10 @@
 
 namespace VantrelSDK {
 
+class LMeshBasesUV2;
 class LNode;
+class LTopoCaches;
+class LUVSubdivChannel;
 
 /// The object around the geometry of one sculpted mesh: all levels, and for them selection,
 /// visibility, material ids and the working weights of a stroke.
@@ -21,8 +24,8 @@ class LNode;
 /// resized outside a stroke only, so that workers read them without locks.
 class LMeshObject {
   public:
-    explicit LMeshObject(LNode* owner) : owner_(owner) {}
-    virtual ~LMeshObject() = default;
+    explicit LMeshObject(LNode* owner);
+    virtual ~LMeshObject();
 
     /// A new progress display, or null when nobody is watching.
     virtual std::unique_ptr<LProgressCallback> getProgressCallbck() = 0;
@@ -89,6 +92,7 @@ class LMeshObject {
     /// Levels. The new level becomes active.
     bool SubdivideAll_Loop(bool smoothGeom, bool protectOpen);
     bool SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smoothGeom, bool protectOpen);
+    bool SubdivideAll_Quad(bool smoothGeom, bool protectOpen);
     /// Removes the top level, and takes back what its smoothing did to the vertices below. With
     /// `keepArrays` the level's selection, visibility and material arrays stay.
     bool DeleteTopLevelSudiv(bool keepArrays);
@@ -98,6 +102,25 @@ class LMeshObject {
     /// as it is), each by the rule that it was made with. The levels become those of `delta` (null:
     /// those there are), or `numLevels` above the base when that is not -1. False without geometry.
     bool Update(const LPoint3* newBase, const LSubdivMesh* delta, int numLevels);
+    /// One per level above 0, for as many levels as were added here; see RebuildTopoCaches.
+    const LTopoCaches& GetTopoCaches() const { return *topocaches_; }
+    /// Makes the caches of `numLevels` - 1 smooth quad levels over the base, on a scratch mesh.
+    bool RebuildTopoCaches(int numLevels);
+
+    /// UV channels, one per UV set; a level of the geometry is a level of each. Owned here; null
+    /// out of range.
+    int GetNumUVChannels() const { return static_cast<int>(uvs_.size()); }
+    LUVSubdivChannel* GetUVChannel(int i) const;
+    void AddChannel(std::unique_ptr<LUVSubdivChannel> channel);
+    void ClearUVChannels();
+    /// The channel that the node's frames come from; null without one.
+    LUVSubdivChannel* GetActiveUVChannel() const;
+    /// The frames of the geometry as it is, by the active channel; null without a channel. Made at
+    /// the first call, then kept until UpdateBases.
+    LMeshBasesUV2* GetBases();
+    /// After a change of the geometry or the channel.
+    void UpdateBases();
+
     /// The base level as it came in, and after smoothing; `count` takes their length.
     const LPoint3* GetInput(int& count) const;
     const LPoint3* GetBlured(int& count) const;
@@ -152,6 +175,7 @@ class LMeshObject {
     void ForEachSubFace(int face, Visit visit) const;
     void SpreadSelection(uint8_t state);
     void AfterLevelChange();
+    bool AfterSubdivision();
     void calcFaceNormals(bool selectedOnly, bool weightedOnly);
     void calcVertNormals(bool selectedOnly, bool weightedOnly);
 
@@ -167,6 +191,9 @@ class LMeshObject {
     std::vector<int> weighted_;
     bool hasSelection_ = false, hasHidden_ = false, hasmtlids_ = false, vertsSelected_ = false;
     std::vector<LPoint3> input_, blured_;
+    std::vector<std::unique_ptr<LUVSubdivChannel>> uvs_;
+    std::unique_ptr<LTopoCaches> topocaches_;
+    std::unique_ptr<LMeshBasesUV2> bases_;
 };
 
 }  // namespace VantrelSDK

@@ -7,7 +7,15 @@ namespace VantrelSDK {
 LMeshTopology::LMeshTopology(int nverts, std::vector<LFace> faces)
     : nverts_(nverts), faces_(std::move(faces)) {}
 
+std::shared_ptr<const LMeshTopology> LMeshTopology::OfQuads(int nverts, std::vector<LFace> faces) {
+    auto topology = std::make_shared<LMeshTopology>(nverts, std::move(faces));
+    topology->coupling_ =
+        std::make_shared<LTriCoupling>(LTriCoupling::Sequential(topology->GetNumFaces() / 2));
+    return topology;
+}
+
 LFace* LMeshTopology::EditFaces() {
+    coupling_.reset();
     adjFaces_.reset();
     adjVerts_.reset();
     return faces_.data();
@@ -21,6 +29,11 @@ const LAdjFaceList& LMeshTopology::AdjFaces() const {
 const LAdjVertList& LMeshTopology::AdjVerts() const {
     if (!adjVerts_) adjVerts_ = std::make_unique<LAdjVertList>(AdjFaces(), faces_);
     return *adjVerts_;
+}
+
+const std::shared_ptr<const LTriCoupling>& LMeshTopology::Coupling() const {
+    if (!coupling_) coupling_ = std::make_shared<LTriCoupling>(faces_, nverts_);
+    return coupling_;
 }
 
 bool LMeshTopology::IsValid() const {

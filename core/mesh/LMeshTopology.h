@@ -7,6 +7,7 @@
 #include "core/mesh/LAdjFaceList.h"
 #include "core/mesh/LAdjVertList.h"
 #include "core/mesh/LFace.h"
+#include "core/mesh/LTriCoupling.h"
 
 namespace VantrelSDK {
 
@@ -19,6 +20,8 @@ class LMeshTopology {
   public:
     /// `faces` name vertices 0 to nverts - 1; the number of a face is its place, its `id` the same.
     LMeshTopology(int nverts, std::vector<LFace> faces);
+    /// The faces of split quads, two a quad, which stay each other's partners.
+    static std::shared_ptr<const LMeshTopology> OfQuads(int nverts, std::vector<LFace> faces);
 
     int GetNumVerts() const { return nverts_; }
     int GetNumFaces() const { return static_cast<int>(faces_.size()); }
@@ -32,6 +35,10 @@ class LMeshTopology {
     /// The neighbours of each vertex; made at the first call, like AdjFaces.
     const LAdjVertList& AdjVerts() const;
 
+    /// How the faces pair up into quads; made at the first call, like AdjFaces. May throw
+    /// std::bad_alloc.
+    const std::shared_ptr<const LTriCoupling>& Coupling() const;
+
     /// True when every corner of every face names a vertex.
     bool IsValid() const;
 
@@ -40,6 +47,7 @@ class LMeshTopology {
     std::vector<LFace> faces_;
     mutable std::unique_ptr<LAdjFaceList> adjFaces_;
     mutable std::unique_ptr<LAdjVertList> adjVerts_;
+    mutable std::shared_ptr<const LTriCoupling> coupling_;
 };
 
 }  // namespace VantrelSDK

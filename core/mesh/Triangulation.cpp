@@ -50,4 +50,16 @@ LMesh Triangulate(const PolyMesh& polygons) {
     return LMesh(std::make_shared<LMeshTopology>(nverts, std::move(faces)), polygons.positions);
 }
 
+std::vector<LUVChannel::MFace> TriangulateUVs(const PolyMesh& polygons) {
+    std::vector<LUVChannel::MFace> faces;
+    if (polygons.cornerUVs.empty()) return faces;
+    faces.reserve(FirstFaceOf(polygons, polygons.NumPolygons()));
+    for (int p = 0; p < polygons.NumPolygons(); ++p) {
+        const int* uvs = polygons.cornerUVs.data() + polygons.polygonStart[p];
+        const int corners = polygons.polygonStart[p + 1] - polygons.polygonStart[p];
+        for (int k = 1; k + 1 < corners; ++k) faces.push_back({{uvs[0], uvs[k], uvs[k + 1]}});
+    }
+    return faces;
+}
+
 }  // namespace VantrelSDK

@@ -2,6 +2,7 @@
 
 #include "core/io/PolyMesh.h"
 #include "core/mesh/LMesh.h"
+#include "core/subdiv/LUVChannel.h"
 
 namespace VantrelSDK {
 
@@ -10,6 +11,9 @@ namespace VantrelSDK {
 ///
 /// A triangle's edge whose ends follow each other on the polygon is visible, any other is gluing.
 LMesh Triangulate(const PolyMesh& polygons);
+
+/// The UV faces of those triangles; empty when no corner has a UV.
+std::vector<LUVChannel::MFace> TriangulateUVs(const PolyMesh& polygons);
 
 /// The first face of polygon p; p may be the number of polygons.
 inline int FirstFaceOf(const PolyMesh& polygons, int p) {

@@ -2,7 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <new>
+
+#include "core/morph/LMeshBases.h"
+#include "core/sculpt/LNode.h"
 
 namespace VantrelSDK {
 
@@ -98,6 +102,13 @@ bool LMorphDelta::SubdivideAll_Loop(bool smooth, bool protectopen) {
     return true;
 }
 
+bool LMorphDelta::SubdivideAll_Quad(bool smooth, bool protectopen, const LEdgeListFlagged* edges) {
+    FlushUndo();
+    if (!mesh_->SubdivideAll_Quad(smooth, protectopen, edges)) return false;
+    CacheDetails(true);
+    return true;
+}
+
 bool LMorphDelta::SubdivideLike(const LSubdivMesh& geom) {
     FlushUndo();
     if (!mesh_->SubdivideLike(geom, false)) return false;
@@ -124,26 +135,125 @@ void LMorphDelta::CacheDetails(bool force) {
     detailsDirty_ = false;
 }
 
+bool LMorphDelta::HasMovedSince(std::span<const LPoint3> known) const {
+    return std::memcmp(known.data(), mesh_->GetAllVertsPtr(), known.size_bytes()) != 0;
+}
+
+/// The active level's values carried to the top by plain interpolation.
+std::vector<LPoint3> LMorphDelta::CoarsePart(std::span<const LPoint3> active) const {
+    const LSubdivCollection& levels = mesh_->GetSubdivs();
+    const int top = mesh_->GetNumSubivLevels() - 1;
+    std::vector<LPoint3> coarse(mesh_->GetNumLevelVerts(top));
+    std::copy(active.begin(), active.end(), coarse.begin());
+    for (int level = mesh_->GetActiveLevel() + 1; level <= top; ++level)
+        levels.GetLayer(level)->rule()->Interpolate(coarse.data(),
+                                                    levels.GetLayer(level)->GetFirstVert());
+    return coarse;
+}
+
+namespace {
+
+/// A surface at the top level, base shape plus coarse delta, before and after a change of the
+/// coarse delta; carries a detail from one to the other.
+class DetailCarrier {
+  public:
+    DetailCarrier(const LSubdivMesh& geom, const LUVSubdivChannel* uvs,
+                  std::span<const LPoint3> before, std::span<const LPoint3> after)
+        : level_(geom.GetNumSubivLevels() - 1),
+          faces_(geom.LevelTables(level_)->Faces()),
+          adj_(geom.LevelTables(level_)->AdjFaces()),
+          base_(geom.GetAllVertsPtr()),
+          uvs_(uvs),
+          before_(before),
+          after_(after) {}
+
+    /// The surface has moved around vertex v.
+    bool IsMoved(int v) const {
+        const auto around = adj_.GetAdjFacesForVert(v);
+        return std::any_of(around.begin(), around.end(), [&](int f) {
+            const int* c = faces_[f].v;
+            return std::any_of(c, c + 3, [&](int i) { return !(before_[i] == after_[i]); });
+        });
+    }
+
+    /// The delta of vertex v after the change, given that before.
+    LPoint3 Carry(int v, const LPoint3& delta) const {
+        LPoint3 detail = delta - before_[v];
+        if (detail == LPoint3::Zero) return after_[v];
+        const LMatrix3 from = Frame(v, before_), to = Frame(v, after_);
+        if (!from.degenerated && !to.degenerated)
+            detail = to.TransfromVector({from[0] % detail, from[1] % detail, from[2] % detail});
+        return after_[v] + detail;
+    }
+
+  private:
+    LMatrix3 Frame(int v, std::span<const LPoint3> coarse) const {
+        const auto around = adj_.GetAdjFacesForVert(v);
+        LPoint2 uvs[3];
+        if (!uvs_ || around.empty() || !uvs_->GetFaceUVs(around.front(), level_, uvs))
+            return LMatrix3::Degenerated;
+        const int face = around.front();
+        return SurfaceFrame(faces_, around, face, faces_[face].CornerOf(v), uvs,
+                            [&](int i) { return base_[i] + coarse[i]; });
+    }
+
+    int level_;
+    const std::vector<LFace>& faces_;
+    const LAdjFaceList& adj_;
+    const LPoint3* base_;
+    const LUVSubdivChannel* uvs_;
+    std::span<const LPoint3> before_, after_;
+};
+
+}  // namespace
+
 bool LMorphDelta::UpdateFullRes() {
     const int active = mesh_->GetActiveLevel(), top = mesh_->GetNumSubivLevels() - 1;
     if (active == top || known_.size() != static_cast<size_t>(mesh_->GetNumVerts())) return false;
+    if (!HasMovedSince(known_)) return true;
     LPoint3* verts = mesh_->GetAllVertsPtr();
-    std::vector<LPoint3> change(mesh_->GetNumLevelVerts(top));
-    for (size_t v = 0; v < known_.size(); ++v) {
-        change[v] = verts[v] - known_[v];
-        known_[v] = verts[v];
+    const std::vector<LPoint3> before = CoarsePart(known_);
+    std::copy_n(verts, known_.size(), known_.begin());
+    const std::vector<LPoint3> after = CoarsePart(known_);
+
+    LMeshObject* object = owner_ ? owner_->lobject() : nullptr;
+    const LSubdivMesh& surface = object ? *object->GetOrigGeom() : *mesh_;
+    const DetailCarrier carrier(surface, object ? object->GetActiveUVChannel() : nullptr, before,
+                                after);
+    const int first = static_cast<int>(known_.size());
+    const auto carry = [&](int from, int to, int) {
+        for (int v = first + from; v < first + to; ++v)
+            if (carrier.IsMoved(v)) verts[v] = carrier.Carry(v, verts[v]);
+    };
+    const int count = static_cast<int>(before.size()) - first;
+    if (owner_)
+        owner_->lthGrp()->ForSlices(count, 1024, carry);
+    else
+        carry(0, count, 0);
+    return true;
+}
+
+void LMorphDelta::MakeBackup(LMeshBasesUV2* bases) {
+    backup_ = std::make_unique<LSubdivMesh>(*mesh_, false);
+    backupDirty_ = false;
+    if (!bases) return;
+    const int direction = bases->GetDirection();
+    bases->SetDirection(LMeshBases::kObjectToTangent);
+    backup_->TransformVectorsByLocal(bases, nullptr, -1, owner_ ? owner_->lthGrp() : nullptr);
+    bases->SetDirection(direction);
+}
+
+bool LMorphDelta::RestoreBackup(LMeshBasesUV2* bases) {
+    if (!backup_) return false;
+    if (bases) {
+        const int direction = bases->GetDirection();
+        bases->SetDirection(LMeshBases::kTangentToObject);
+        backup_->TransformVectorsByLocal(bases, nullptr, -1, owner_ ? owner_->lthGrp() : nullptr);
+        bases->SetDirection(direction);
     }
-    for (int level = active + 1; level <= top; ++level) {
-        const ISubdivLayer* layer = mesh_->GetSubdivs().GetLayer(level);
-        const auto& parents = layer->rule()->parents;
-        for (size_t i = 0; i < parents.size(); ++i) {
-            const auto [a, b] = parents[i];
-            if (change[a] == LPoint3::Zero && change[b] == LPoint3::Zero) continue;
-            const int v = layer->GetFirstVert() + static_cast<int>(i);
-            change[v] = (change[a] + change[b]) * 0.5f;
-            verts[v] += change[v];
-        }
-    }
+    mesh_->CopyFrom(backup_.get());
+    backup_.reset();
+    backupDirty_ = false;
     return true;
 }
 

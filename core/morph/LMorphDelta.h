@@ -44,8 +44,12 @@ class UndoStack {
 /// kept, and the undo record is made of what was kept.
 ///
 /// All levels lie in one array, so a stroke on a lower level writes only its first part. The levels
-/// above follow when the level changes: they take the interpolation of what changed, and where
-/// nothing changed keep their bits.
+/// above follow when the level changes. A level above splits into a coarse part, the interpolation
+/// of the active level, and details on it, which are held in the frames of the surface that they
+/// lie on: they stay in place when that moves and turn with it (the object's active UV channel
+/// gives the frames; without one details stay in object space). Where nothing moved the bits stay.
+class LMeshBasesUV2;
+
 class LMorphDelta {
   public:
     /// All zero, with the topology of `geom`. `owner` is borrowed and may be null.
@@ -96,6 +100,7 @@ class LMorphDelta {
     /// With `keep`, levels above the former active one first follow what was sculpted on it.
     bool SetActiveSubdivLevel(unsigned level, bool keep);
     bool SubdivideAll_Loop(bool smooth, bool protectopen);
+    bool SubdivideAll_Quad(bool smooth, bool protectopen, const LEdgeListFlagged* edges = nullptr);
     /// Adds the next level of `geom`, sharing its topology, by plain interpolation.
     bool SubdivideLike(const LSubdivMesh& geom);
     bool DeleteTopLevelSudiv();
@@ -112,7 +117,20 @@ class LMorphDelta {
     void SetDetailsDirty(bool dirty) { detailsDirty_ = dirty; }
     bool detailsDirty() const { return detailsDirty_; }
 
+    /// Keeps a copy of all levels, in tangent space when bases are given, so that it can be read
+    /// back in the frames of another pose.
+    void MakeBackup(LMeshBasesUV2* bases);
+    /// Reads the copy back, through the bases as they are now, and drops it. False without one.
+    bool RestoreBackup(LMeshBasesUV2* bases);
+    /// The delta changed since the backup, or none applies.
+    void SetBackupDirty(bool dirty) { backupDirty_ = dirty; }
+    bool GetBackupDirty() const { return backupDirty_; }
+    const LSubdivMesh* GetBackup() const { return backup_.get(); }
+
   private:
+    bool HasMovedSince(std::span<const LPoint3> known) const;
+    std::vector<LPoint3> CoarsePart(std::span<const LPoint3> active) const;
+
     LNode* owner_;
     std::unique_ptr<LSubdivMesh> mesh_;
     UndoStack undos_;
@@ -122,6 +140,8 @@ class LMorphDelta {
     /// The active level's values at the last CacheDetails; empty at the top.
     std::vector<LPoint3> known_;
     bool detailsDirty_ = true;
+    std::unique_ptr<LSubdivMesh> backup_;
+    bool backupDirty_ = true;
 };
 
 }  // namespace VantrelSDK

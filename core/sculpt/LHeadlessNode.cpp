@@ -6,6 +6,7 @@
 #include <new>
 
 #include "core/mesh/Triangulation.h"
+#include "core/subdiv/LUVSubdivChannel.h"
 
 namespace VantrelSDK {
 
@@ -18,6 +19,14 @@ class HeadlessMeshObject : public LMeshObject {
   public:
     HeadlessMeshObject(LNode* owner, const PolyMesh& mesh) : LMeshObject(owner) {
         InitGeom(Triangulate(mesh));
+    }
+    /// Takes the UV set of the mesh, when it has one.
+    bool AddUVs(const PolyMesh& mesh, std::string& error) {
+        if (mesh.cornerUVs.empty()) return true;
+        auto channel = std::make_unique<LUVSubdivChannel>();
+        if (!channel->Init(mesh.uvs, TriangulateUVs(mesh), GetNumFaces(), error)) return false;
+        AddChannel(std::move(channel));
+        return true;
     }
     std::unique_ptr<LProgressCallback> getProgressCallbck() override {
         return owner()->getProgressCallbck();
@@ -45,12 +54,57 @@ bool IsFinite(const LPoint3& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
-/// The triangles of a level above the base, in order of the polygons that they lie in.
-void TakeTriangles(const LSubdivMesh& geom, int level, const PolyMesh& source, PolyMesh& result) {
-    const ISubdivLayer* layer = geom.GetSubdivs().GetLayer(level);
-    const std::vector<LFace>& faces = layer->topology()->Faces();
-    result.cornerVerts.reserve(faces.size() * 3);
-    result.polygonStart.reserve(faces.size() + 1);
+/// Takes the polygons of a level above the base, in order of the polygons that they lie in: quads
+/// of a quad level, else triangles, with their UVs.
+class LevelPolygons {
+  public:
+    LevelPolygons(const LMeshObject& object, int level, PolyMesh& result)
+        : layer_(*object.GetOrigGeom()->GetSubdivs().GetLayer(level)),
+          faces_(layer_.topology()->Faces()),
+          result_(result) {
+        if (const LUVSubdivChannel* uvs = object.GetUVChannel(0)) {
+            uvs_ = uvs->LevelFaces(level);
+            const std::span<const LPoint2> points = uvs->AllVerts();
+            const size_t count = uvs_.empty() ? 0 : uvs->GetNumLevelVerts(level);
+            result.uvs.assign(points.begin(), points.begin() + count);
+        }
+        if (layer_.GetType() == 1) taken_.resize(faces_.size() / 2);
+        const size_t corners = layer_.GetType() == 1 ? faces_.size() * 2 : faces_.size() * 3;
+        result.cornerVerts.reserve(corners);
+        if (!uvs_.empty()) result.cornerUVs.reserve(corners);
+    }
+
+    /// The polygon that face f of the level belongs to, once.
+    void Take(int f) {
+        if (layer_.GetType() != 1) {
+            AddCorners(f, 0, 3);
+        } else {
+            if (taken_[f / 2]++) return;
+            AddCorners(f & ~1, 0, 3);
+            AddCorners(f | 1, 1, 2);
+        }
+        result_.polygonStart.push_back(static_cast<int>(result_.cornerVerts.size()));
+    }
+
+  private:
+    void AddCorners(int f, int from, int to) {
+        const auto add = [&](std::vector<int>& list, const int32_t* v) {
+            list.insert(list.end(), v + from, v + to);
+        };
+        add(result_.cornerVerts, faces_[f].v);
+        if (!uvs_.empty()) add(result_.cornerUVs, uvs_[f].v);
+    }
+
+    const ISubdivLayer& layer_;
+    const std::vector<LFace>& faces_;
+    std::span<const LUVChannel::MFace> uvs_;
+    PolyMesh& result_;
+    std::vector<uint8_t> taken_;
+};
+
+void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, PolyMesh& result) {
+    const LSubdivMesh& geom = *object.GetOrigGeom();
+    LevelPolygons polygons(object, level, result);
     std::vector<int> subs;
     size_t next = 0;
     const auto takeStatements = [&](int before) {
@@ -61,11 +115,8 @@ void TakeTriangles(const LSubdivMesh& geom, int level, const PolyMesh& source, P
         takeStatements(p);
         subs.clear();
         for (int f = FirstFaceOf(source, p); f < FirstFaceOf(source, p + 1); ++f)
-            geom.FindSubFaces(f, subs, layer);
-        for (const int sub : subs) {
-            result.cornerVerts.insert(result.cornerVerts.end(), faces[sub].v, faces[sub].v + 3);
-            result.polygonStart.push_back(static_cast<int>(result.cornerVerts.size()));
-        }
+            geom.FindSubFaces(f, subs, geom.GetSubdivs().GetLayer(level));
+        for (const int sub : subs) polygons.Take(sub);
     }
     takeStatements(source.NumPolygons());
 }
@@ -83,7 +134,9 @@ bool LHeadlessNode::Load(const PolyMesh& mesh, std::string& error) try {
         return false;
     }
     Reset();
-    if (Init(std::make_unique<HeadlessMeshObject>(this, mesh)) == 0 && CreateDelta()) return true;
+    auto object = std::make_unique<HeadlessMeshObject>(this, mesh);
+    if (!object->AddUVs(mesh, error)) return false;
+    if (Init(std::move(object)) == 0 && CreateDelta()) return true;
     error = "the mesh has nothing to sculpt";
     return false;
 } catch (const std::bad_alloc&) {
@@ -108,7 +161,7 @@ bool LHeadlessNode::GetResult(const PolyMesh& source, int level, PolyMesh& resul
         return false;
     }
     if (level > 0) {
-        TakeTriangles(geom, level, source, result);
+        TakePolygons(*lobject(), level, source, result);
         return true;
     }
     std::vector<LPoint3> positions = std::move(result.positions);

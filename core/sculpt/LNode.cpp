@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <new>
 
 #include "core/io/SystemMemory.h"
 #include "core/sculpt/BrushWeights.h"
@@ -166,13 +167,14 @@ void LNode::FinishSculpt(bool) {
     lsmoothCache_.reset();
 }
 
-bool LNode::CanSubdivide(std::string& error) const {
-    /// Of a triangle of the new level: topology, positions, delta, and of an open session its
-    /// caches.
+bool LNode::CanSubdivide(bool quad, std::string& error) const try {
+    // Of a triangle of the new level: topology, positions, delta, and of an open session its
+    // caches.
     constexpr long long kBytes = 120, kSessionBytes = 230;
     const LSubdivMesh& geom = *lobject_->GetOrigGeom();
     const int top = geom.GetNumSubivLevels() - 1;
-    const long long faces = 4LL * geom.GetNumLevelFaces(top);
+    const long long faces =
+        quad ? geom.CountNextQuadLevelFaces() : 4LL * geom.GetNumLevelFaces(top);
     const long long bytes = faces * (lsculpt_ ? kSessionBytes : kBytes);
     const long long available = AvailableMemory();
     if (2 * faces <= INT_MAX && bytes <= available) return true;
@@ -181,19 +183,36 @@ bool LNode::CanSubdivide(std::string& error) const {
             (bytes <= available ? "the numbering ends at 2147483647"
                                 : "there are " + std::to_string(available >> 20) + " MB");
     return false;
+} catch (const std::bad_alloc&) {
+    error = "there is not enough memory for another level";
+    return false;
+}
+
+bool LNode::AddLevel(bool quad) {
+    if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    SetActiveSubdivLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1);
+    const bool smooth = getDoSmoothGeomSubdivision(), open = getDoProtectOpenEdgesSmoothing();
+    if (!(quad ? lobject_->SubdivideAll_Quad(smooth, open)
+               : lobject_->SubdivideAll_Loop(smooth, open)))
+        return false;
+    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
+    if (!lcurMorph_->SubdivideLike(geom) ||
+        (lentryCache_ && !lentryCache_->SubdivideLike(geom, false))) {
+        if (lcurMorph_->GetOrigMesh()->GetNumSubivLevels() == geom.GetNumSubivLevels())
+            lcurMorph_->DeleteTopLevelSudiv();
+        lobject_->DeleteTopLevelSudiv(false);
+        return false;
+    }
+    RestartLevel();
+    return true;
 }
 
 bool LNode::SubdivideAll_Loop() {
-    if (!lobject_ || !lcurMorph_ || lstroke_) return false;
-    SetActiveSubdivLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1);
-    if (!lobject_->SubdivideAll_Loop(getDoSmoothGeomSubdivision(),
-                                     getDoProtectOpenEdgesSmoothing()))
-        return false;
-    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
-    lcurMorph_->SubdivideLike(geom);
-    if (lentryCache_) lentryCache_->SubdivideLike(geom, false);
-    RestartLevel();
-    return true;
+    return AddLevel(false);
+}
+
+bool LNode::SubdivideAll_Quad() {
+    return AddLevel(true);
 }
 
 bool LNode::SetActiveSubdivLevel(unsigned level) {
@@ -230,6 +249,8 @@ void LNode::UpdateHidden() {
 
 bool LNode::UpdateBase() {
     if (lstroke_) return false;
+    // What was sculpted goes up in the frames of the surface that it was sculpted on.
+    UpdateSubdivLevels();
     if (lobject_ && lobject_->Update(nullptr, nullptr, -1)) RestartLevel();
     return true;
 }

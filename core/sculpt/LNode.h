@@ -112,11 +112,12 @@ class LNode {
 
     // Levels. Each flushes the undo stack, and in a session brings tree and caches to the level.
 
-    /// True when a level above the top has room in the numbering and in memory; else `error` tells
-    /// the numbers.
-    bool CanSubdivide(std::string& error) const;
-    /// Adds a triangle level above the top, which becomes active.
+    /// True when a level of this kind above the top has room in the numbering and in memory; else
+    /// `error` tells the numbers.
+    bool CanSubdivide(bool quad, std::string& error) const;
+    /// Adds a triangle level, or a level of quads, above the top; it becomes active.
     virtual bool SubdivideAll_Loop();
+    virtual bool SubdivideAll_Quad();
     virtual bool SetActiveSubdivLevel(unsigned level);
     virtual bool DeleteTopLevelSudiv();
     /// Levels above the active one follow what was sculpted on it.
@@ -214,6 +215,8 @@ class LNode {
     virtual bool getUseMasks() const = 0;
     virtual int getActiveMask() const = 0;
     virtual int getObjSmoothIt() const = 0;
+    /// The UV channel that frames come from.
+    virtual int getUVchannel() const = 0;
     int GetObjSmoothIt() const { return getObjSmoothIt(); }
     bool SculptTransformMode() const { return IsSculptTransformMode(getTransformMode(false)); }
     bool PaintTransformMode() const { return IsPaintTransformMode(getTransformMode(false)); }
@@ -285,6 +288,7 @@ class LNode {
         unsigned shown = 0;
     };
 
+    bool AddLevel(bool quad);
     bool OpenLevel(const std::function<bool(float)>& reach);
     size_t NumSides() const;
     LevelCaches& ActiveCaches();

@@ -40,12 +40,9 @@ bool StrokePlayer::Do(const FalloffOp& op, std::string&) {
 }
 
 bool StrokePlayer::Do(const SubdivideOp& op, std::string& error) {
-    if (op.kind == SubdivideKind::Quad) {
-        error = "quad levels can't be made yet; use \"kind\":\"loop\"";
-        return false;
-    }
-    if (!node_.CanSubdivide(error)) return false;
-    if (node_.SubdivideAll_Loop()) return true;
+    const bool quad = op.kind == SubdivideKind::Quad;
+    if (!node_.CanSubdivide(quad, error)) return false;
+    if (quad ? node_.SubdivideAll_Quad() : node_.SubdivideAll_Loop()) return true;
     error = "the level can't be made: there is not enough memory";
     return false;
 }

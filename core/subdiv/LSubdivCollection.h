@@ -2,10 +2,11 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "core/mesh/LFaceBarys.h"
 #include "core/mesh/LMeshTopology.h"
+#include "core/subdiv/LLevelRule.h"
 
 namespace VantrelSDK {
 
@@ -16,16 +17,6 @@ class LSubdivCollection;
 /// single one.
 struct LFaceSubs {
     int subs[6] = {-1, -1, -1, -1, -1, -1};
-};
-
-/// How the vertices of a level came from those below: what it takes to fill them anew from other
-/// positions, shared by all meshes of the level.
-struct LLevelRule {
-    /// New vertex i of the level is the midpoint of vertices parents[i].first and second.
-    std::vector<std::pair<int, int>> parents;
-    /// The level was smoothed after the split, border vertices kept when protectOpen.
-    bool smooth = false;
-    bool protectOpen = false;
 };
 
 /// One level above the base: the ranges of the absolute numbering that it owns.
@@ -62,6 +53,9 @@ class ISubdivLayer {
     virtual int GetParentFaceFromGlobal(int i) const = 0;
     /// The children, on this level, of face `i` (local) of the level below.
     virtual LFaceSubs GetFaceSubs(int i) const = 0;
+    /// Given the barycentrics of the corners of face `i` (local) of the level below, those of the
+    /// corners of its children, in the order of GetFaceSubs.
+    virtual void GetChildBarys(int i, const LFaceBarys& parent, LFaceBarys (&out)[6]) const = 0;
     virtual std::unique_ptr<ISubdivLayer> Clone(LSubdivCollection* owner) const = 0;
 
     /// The layer below, null for layer 1; the layer above, null for the top.
@@ -69,13 +63,13 @@ class ISubdivLayer {
     ISubdivLayer* next() const;
     int index() const { return index_; }
     LSubdivCollection* owner() const { return owner_; }
+    /// Null in the chain of a UV channel, as is rule().
     const std::shared_ptr<const LMeshTopology>& topology() const { return topology_; }
     const std::shared_ptr<const LLevelRule>& rule() const { return rule_; }
 
   protected:
-    ISubdivLayer(LSubdivCollection* owner, int index, std::shared_ptr<const LMeshTopology> topology,
-                 std::shared_ptr<const LLevelRule> rule)
-        : owner_(owner), index_(index), topology_(std::move(topology)), rule_(std::move(rule)) {}
+    ISubdivLayer(LSubdivCollection* owner, std::shared_ptr<const LMeshTopology> topology,
+                 std::shared_ptr<const LLevelRule> rule);
 
     LSubdivCollection* owner_;
     int index_;
@@ -86,7 +80,9 @@ class ISubdivLayer {
 /// A layer that splits every face of the level below into four triangles.
 class EntireSubdivLayer : public ISubdivLayer {
   public:
-    EntireSubdivLayer(LSubdivCollection* owner, std::shared_ptr<const LMeshTopology> topology,
+    /// Above the owner's top. Topology and rule may be null.
+    EntireSubdivLayer(LSubdivCollection* owner, int nextVerts,
+                      std::shared_ptr<const LMeshTopology> topology,
                       std::shared_ptr<const LLevelRule> rule);
 
     int GetType() const override { return 0; }
@@ -112,12 +108,44 @@ class EntireSubdivLayer : public ISubdivLayer {
         return faceStart_ + (i - faceEnd_ - 1) / 4;
     }
     LFaceSubs GetFaceSubs(int i) const override;
+    void GetChildBarys(int i, const LFaceBarys& parent, LFaceBarys (&out)[6]) const override;
     std::unique_ptr<ISubdivLayer> Clone(LSubdivCollection* owner) const override;
 
   private:
     int nextVerts_;
     /// First and last absolute face of the parent level, and vertex that the parent level added.
     int faceStart_, faceEnd_, vertStart_, vertEnd_;
+};
+
+/// A layer that cuts each pair of triangles of the level below into four quads and each single one
+/// into three, every quad kept as two triangles: faces 2q and 2q + 1 of the layer are quad q. First
+/// come the quads of the pairs, then those of the singles.
+///
+/// GetParentFaceFromLocal and its twin divide by four here too, which names the right pair but not
+/// always the right triangle of it; GetFaceSubs is exact.
+class EntireQuadSubdivLayer : public EntireSubdivLayer {
+  public:
+    /// `coupling` is that of the level below (shared).
+    EntireQuadSubdivLayer(LSubdivCollection* owner, int nextVerts,
+                          std::shared_ptr<const LTriCoupling> coupling,
+                          std::shared_ptr<const LMeshTopology> topology,
+                          std::shared_ptr<const LLevelRule> rule);
+
+    int GetType() const override { return 1; }
+    std::string GetName() const override;
+    int GetNumFaces() const override { return numFaces_; }
+    int GetLastFace() const override { return GetFirstFace() + numFaces_ - 1; }
+    LFaceSubs GetFaceSubs(int i) const override;
+    void GetChildBarys(int i, const LFaceBarys& parent, LFaceBarys (&out)[6]) const override;
+    std::unique_ptr<ISubdivLayer> Clone(LSubdivCollection* owner) const override;
+
+    int GetNumQuads() const { return numFaces_ / 2; }
+    /// How the faces of the level below were paired.
+    const std::shared_ptr<const LTriCoupling>& coupling() const { return coupling_; }
+
+  private:
+    int numFaces_;
+    std::shared_ptr<const LTriCoupling> coupling_;
 };
 
 /// The levels of a mesh above its base.
@@ -146,15 +174,21 @@ class LSubdivCollection {
     bool ActivateUp() { return Activate(active_ + 1); }
     bool ActivateDown() { return Activate(active_ - 1); }
 
-    /// Adds a triangle level, which becomes active. `topology` is that of the level.
-    ISubdivLayer* AddEntireLevel(std::shared_ptr<const LMeshTopology> topology,
+    /// Each adds a level, which becomes active. `topology` is that of the level; in the chain of a
+    /// UV channel it is null, as is the rule.
+    ISubdivLayer* AddEntireLevel(int nextVerts, std::shared_ptr<const LMeshTopology> topology,
                                  std::shared_ptr<const LLevelRule> rule);
+    ISubdivLayer* AddEntireQuadLevel(int nextVerts, std::shared_ptr<const LTriCoupling> coupling,
+                                     std::shared_ptr<const LMeshTopology> topology,
+                                     std::shared_ptr<const LLevelRule> rule);
     /// Adds a copy of a layer of another collection over the same base, which becomes active.
     ISubdivLayer* AddClone(const ISubdivLayer& layer);
     /// Removes the top; when it was active, the level below becomes active.
     bool DeleteTop();
 
   private:
+    ISubdivLayer* Add(std::unique_ptr<ISubdivLayer> layer);
+
     int noVerts_, noFaces_;
     int active_ = 0;
     std::vector<std::unique_ptr<ISubdivLayer>> layers_;

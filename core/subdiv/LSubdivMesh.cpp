@@ -6,7 +6,8 @@
 #include <new>
 
 #include "core/mesh/LEdgeList.h"
-#include "core/subdiv/LLoopSmoothCache.h"
+#include "core/subdiv/LQuadSubdivision.h"
+#include "core/subdiv/LTopoCaches.h"
 
 namespace VantrelSDK {
 
@@ -30,14 +31,15 @@ bool LSubdivMesh::Allocate(int nverts, int nfaces) {
     const bool done = LMesh::Allocate(nverts, nfaces);
     subdivs_ = std::make_unique<LSubdivCollection>(nverts_, LMesh::GetNumFaces());
     levelchanged_ = false;
-    barys_.assign(needbarys_ ? nverts_ : 0, LPoint3::Zero);
+    barys_ = nullptr;
+    if (needbarys_) AllocBarys();
     return done;
 }
 
 void LSubdivMesh::Free() {
     LMesh::Free();
     subdivs_ = std::make_unique<LSubdivCollection>(0, 0);
-    barys_ = {};
+    barys_ = nullptr;
 }
 
 void LSubdivMesh::CopyFrom(const LMesh* other) {
@@ -45,7 +47,8 @@ void LSubdivMesh::CopyFrom(const LMesh* other) {
     LMesh::CopyFrom(other);
     subdivs_ = std::make_unique<LSubdivCollection>(nverts_, LMesh::GetNumFaces());
     levelchanged_ = false;
-    barys_.assign(needbarys_ ? nverts_ : 0, LPoint3::Zero);
+    barys_ = nullptr;
+    if (needbarys_) AllocBarys();
 }
 
 void LSubdivMesh::CopyFrom(const LSubdivMesh* other) {
@@ -139,6 +142,11 @@ std::shared_ptr<const LMeshTopology> LSubdivMesh::GetLevelTopology(unsigned leve
     return layer ? layer->topology() : level == 0 ? topology_ : nullptr;
 }
 
+const LMeshTopology* LSubdivMesh::LevelTables(int level) const {
+    const ISubdivLayer* layer = subdivs_->GetLayer(level);
+    return layer ? layer->topology().get() : level == 0 ? topology_.get() : nullptr;
+}
+
 int LSubdivMesh::GetNumLevelVerts(unsigned level) const {
     const ISubdivLayer* layer = subdivs_->GetLayer(static_cast<int>(level));
     return layer ? layer->GetNumVerts() : nverts_;
@@ -209,34 +217,26 @@ LFaceSubs LSubdivMesh::ChildrenOf(int absFace, const ISubdivLayer& childLayer) c
     return childLayer.GetFaceSubs(absFace - childLayer.GetFirstParentFace());
 }
 
-/// Values of the newest level: interpolated from the levels below, then smoothed when asked.
-void LSubdivMesh::FillLevel(const LMeshTopology& topology, const LLevelRule& rule, bool smooth) {
-    const int first = topology.GetNumVerts() - static_cast<int>(rule.parents.size());
-    for (size_t i = 0; i < rule.parents.size(); ++i) {
-        const auto [a, b] = rule.parents[i];
-        verts_[first + i] = (verts_[a] + verts_[b]) * 0.5f;
-    }
-    if (!smooth) return;
-    std::unique_ptr<LVertOpenList> open;
-    if (rule.protectOpen) {
-        const LEdgeOpenList edges(topology.Faces(), topology.GetNumVerts());
-        open = std::make_unique<LVertOpenList>(topology.GetNumVerts(), edges);
-    }
-    const LLoopSmoothCache smoothed(verts_.data(), topology.GetNumVerts(), topology.AdjVerts(),
-                                    open.get());
-    std::vector<LPoint3> moved(topology.GetNumVerts());
-    smoothed.Fill(moved.data());
-    std::copy(moved.begin(), moved.end(), verts_.begin());
+bool LSubdivMesh::HasRoomFor(long long newVerts, long long newFaces) const {
+    const ISubdivLayer* top = subdivs_->GetTop();
+    const long long faces = top ? top->GetNumTotalFaces() : LMesh::GetNumFaces();
+    return newVerts > 0 && newFaces > 0 && NumAllVerts() + newVerts <= INT_MAX &&
+           faces + newFaces <= INT_MAX;
 }
 
-bool LSubdivMesh::AddLevel(std::shared_ptr<const LMeshTopology> topology,
-                           std::shared_ptr<const LLevelRule> rule, bool smooth) {
-    verts_.resize(topology->GetNumVerts());
-    FillLevel(*topology, *rule, smooth);
-    subdivs_->AddEntireLevel(std::move(topology), std::move(rule));
+/// Values of the newest level, by its rule. Without memory the level goes again.
+bool LSubdivMesh::FillTop(bool smooth) try {
+    const ISubdivLayer& top = *subdivs_->GetTop();
+    verts_.resize(top.GetNumVerts());
+    if (needbarys_) BindNewVerts(top.index());
+    std::vector<LPoint3> scratch;
+    top.rule()->Fill(*top.topology(), verts_.data(), smooth, scratch, nullptr);
     levelchanged_ = false;
-    if (needbarys_) RecalcAllBarys();
     return true;
+} catch (const std::bad_alloc&) {
+    subdivs_->DeleteTop();
+    verts_.resize(NumAllVerts());
+    return false;
 }
 
 bool LSubdivMesh::SubdivideAll_Loop(bool smooth, bool protectopen) {
@@ -248,51 +248,98 @@ bool LSubdivMesh::SubdivideAll_Loop(bool smooth, bool protectopen) {
 
 bool LSubdivMesh::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth,
                                     bool protectopen) try {
-    const int nverts = NumAllVerts();
-    if (topo.GetNumExtFaces() == 0 || topo.GetNumExtVerts() == 0) return false;
-    const ISubdivLayer* top = subdivs_->GetTop();
-    const long long allFaces =
-        topo.GetNumExtFaces() + (top ? top->GetNumTotalFaces() : LMesh::GetNumFaces());
-    if (allFaces > INT_MAX || nverts + static_cast<long long>(topo.GetNumExtVerts()) > INT_MAX)
-        return false;
-
+    const int nverts = NumAllVerts(), newVerts = topo.GetNumExtVerts();
+    if (!HasRoomFor(newVerts, topo.GetNumExtFaces())) return false;
     auto rule = std::make_shared<LLevelRule>();
     rule->smooth = smooth;
     rule->protectOpen = protectopen;
-    rule->parents.resize(topo.GetNumExtVerts());
-    for (int e = 0; e < topo.GetNumExtVerts(); ++e) {
-        const LEdgeList::Edge edge = topo.edges().GetEdge(e);
-        rule->parents[e] = {edge.v[0], edge.v[1]};
+    rule->parents.resize(newVerts);
+    for (int e = 0; e < newVerts; ++e) {
+        const auto [a, b] = topo.edges().GetEdge(e).v;
+        const bool known = a >= 0 && b >= 0 && a < nverts && b < nverts;
+        rule->parents[e] = known ? std::pair(a, b) : std::pair(-1, -1);
     }
     std::vector<LFace> faces(topo.GetNumExtFaces());
     for (int i = 0; i < topo.GetNumExtFaces(); ++i) {
         faces[i] = topo.GetExtFace(i);
         faces[i].id = i;
     }
-    auto topology =
-        std::make_shared<LMeshTopology>(nverts + topo.GetNumExtVerts(), std::move(faces));
-    return AddLevel(std::move(topology), std::move(rule), smooth);
+    auto topology = std::make_shared<LMeshTopology>(nverts + newVerts, std::move(faces));
+    if (protectopen)
+        rule->open = LVertOpenList(topology->GetNumVerts(),
+                                   LEdgeOpenList(topology->Faces(), topology->GetNumVerts()));
+    subdivs_->AddEntireLevel(newVerts, std::move(topology), std::move(rule));
+    return FillTop(smooth);
 } catch (const std::bad_alloc&) {
     return false;
+}
+
+bool LSubdivMesh::SubdivideAll_Quad(bool smooth, bool protectopen,
+                                    const LEdgeListFlagged* edges) try {
+    const auto top = GetLevelTopology(GetNumSubivLevels() - 1);
+    if (!top || !top->IsValid() || CountNextQuadLevelFaces() > INT_MAX) return false;
+    const LQuadSubdivision step(top, edges);
+    if (!HasRoomFor(step.NumVerts() - NumAllVerts(), step.NumFaces())) return false;
+    const auto topology = step.MakeTopology();
+    return AddQuadLevel(
+        {step.level().coupling(), topology, step.MakeRule(*topology, smooth, protectopen)}, smooth);
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+bool LSubdivMesh::SubdivideAll_Quad2(bool smooth, bool protectopen, LQuadLevelTopoCache* cache) {
+    if (!SubdivideAll_Quad(smooth, protectopen)) return false;
+    const auto& top = static_cast<const EntireQuadSubdivLayer&>(*subdivs_->GetTop());
+    cache->SetStep({top.coupling(), top.topology(), top.rule()});
+    if (needbarys_) cache->SetBarys(barys_);
+    return true;
+}
+
+bool LSubdivMesh::RedivideAll_Quad(const LQuadLevelTopoCache* cache, bool smooth) try {
+    const LQuadStep& step = cache->GetStep();
+    if (!step.topology) return SubdivideAll_Quad(true, true);
+    const int newVerts = step.rule->NumNewVerts();
+    if (step.topology->GetNumVerts() - newVerts != NumAllVerts() ||
+        step.coupling->NumFaces() != GetNumLevelFaces(GetNumSubivLevels() - 1))
+        return false;
+    if (!needbarys_ || !cache->GetBarys()) return AddQuadLevel(step, smooth);
+    // The cache knows what binding would find.
+    needbarys_ = false;
+    const bool done = AddQuadLevel(step, smooth);
+    needbarys_ = true;
+    if (done) barys_ = std::const_pointer_cast<std::vector<LPoint3>>(cache->GetBarys());
+    return done;
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+long long LSubdivMesh::CountNextQuadLevelFaces() const {
+    const auto top = GetLevelTopology(GetNumSubivLevels() - 1);
+    if (!top) return 0;
+    const LTriCoupling& coupling = *top->Coupling();
+    return 8LL * coupling.NumPairs() + 6LL * coupling.NumSingles();
+}
+
+bool LSubdivMesh::AddQuadLevel(const LQuadStep& step, bool smooth) {
+    subdivs_->AddEntireQuadLevel(step.rule->NumNewVerts(), step.coupling, step.topology, step.rule);
+    return FillTop(smooth);
 }
 
 bool LSubdivMesh::SubdivideLike(const LSubdivMesh& other, bool smooth) try {
     const ISubdivLayer* layer = other.subdivs_->GetLayer(GetNumSubivLevels());
-    if (!layer || layer->GetFirstParentVert() > NumAllVerts()) return false;
-    verts_.resize(layer->GetNumVerts());
-    FillLevel(*layer->topology(), *layer->rule(), smooth && layer->rule()->smooth);
+    if (!layer || layer->GetFirstVert() != NumAllVerts()) return false;
     subdivs_->AddClone(*layer);
-    levelchanged_ = false;
-    if (needbarys_) RecalcAllBarys();
-    return true;
+    return FillTop(smooth && layer->rule()->smooth);
 } catch (const std::bad_alloc&) {
     return false;
 }
 
-void LSubdivMesh::RebuildLevels() {
+void LSubdivMesh::RebuildLevels(LThreadGroup* workers) {
+    std::vector<LPoint3> scratch;
     for (int level = 1; level < GetNumSubivLevels(); ++level) {
         const ISubdivLayer* layer = subdivs_->GetLayer(level);
-        FillLevel(*layer->topology(), *layer->rule(), layer->rule()->smooth);
+        layer->rule()->Fill(*layer->topology(), verts_.data(), layer->rule()->smooth, scratch,
+                            workers);
     }
 }
 
@@ -300,7 +347,9 @@ bool LSubdivMesh::DeleteTopLevel() {
     if (!subdivs_->DeleteTop()) return false;
     verts_.resize(NumAllVerts());
     verts_.shrink_to_fit();
-    if (needbarys_) barys_.resize(NumAllVerts());
+    if (barys_)
+        barys_ = std::make_shared<std::vector<LPoint3>>(barys_->begin(),
+                                                        barys_->begin() + NumAllVerts());
     return true;
 }
 

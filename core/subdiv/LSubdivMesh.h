@@ -12,6 +12,13 @@
 
 namespace VantrelSDK {
 
+class LEdgeListFlagged;
+class LMeshBases;
+class LQuadLevelTopoCache;
+class LQuadSubdivision;
+struct LQuadStep;
+class LThreadGroup;
+
 /// A triangle mesh with all its subdivision levels in one numbering.
 ///
 /// A vertex keeps its number on all levels above the one that made it and has one position only; a
@@ -96,6 +103,8 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     LPoint3* GetAllVertsPtr() override { return verts_.data(); }
     const LPoint3* GetAllVertsPtr() const override { return verts_.data(); }
     std::shared_ptr<const LMeshTopology> GetLevelTopology(unsigned level) const override;
+    /// The same without a share; null for a level that doesn't exist.
+    const LMeshTopology* LevelTables(int level) const;
     const LSubdivCollection& GetSubdivs() const { return *subdivs_; }
 
     /// Adds a level of four triangles a face, new vertices in the middle of edges, and moves all of
@@ -105,12 +114,25 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     bool SubdivideAll_Loop(bool smooth, bool protectopen);
     /// The same with the topology made before, from faces of the present top level.
     bool SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth, bool protectopen);
+    /// Adds a level of quads, each kept as two triangles (see LQuadSubdivision for the rule). The
+    /// new level becomes active. `edges` are those of the top level (null: made here). False, and
+    /// no change, without faces or memory, when a face names no vertex, or when a count would pass
+    /// 2^31 - 1. `protectopen` takes no part: borders are kept always.
+    bool SubdivideAll_Quad(bool smooth, bool protectopen, const LEdgeListFlagged* edges = nullptr);
+    /// The same, and fills `cache` with what it takes to redo the step.
+    bool SubdivideAll_Quad2(bool smooth, bool protectopen, LQuadLevelTopoCache* cache);
+    /// Redoes the step from a cache that was filled over the same faces, touching vertices only.
+    /// With a cache that nobody filled, SubdivideAll_Quad(true, true).
+    bool RedivideAll_Quad(const LQuadLevelTopoCache* cache, bool smooth);
+    /// How many faces a step to quads would give the next level.
+    long long CountNextQuadLevelFaces() const;
     /// Adds the next level that `other`, a mesh over the same base, has above the levels of this
     /// one, sharing its topology; new vertices are interpolated, and smoothed as the level's rule
     /// says when `smooth`. The new level becomes active.
     bool SubdivideLike(const LSubdivMesh& other, bool smooth);
     /// Fills the vertices of all levels anew from those of level 0, by the rule of each level.
-    void RebuildLevels();
+    /// `workers` may be null; the bits don't depend on their number.
+    void RebuildLevels(LThreadGroup* workers = nullptr);
     /// Removes the top level; false without one.
     bool DeleteTopLevel();
 
@@ -126,9 +148,16 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     void AllocBarys();
     void RecalcAllBarys();
     bool NeedBarys() const { return needbarys_; }
+    /// Drops them, or promises to keep them from the next level on.
+    void SetNeedBarys(bool need);
+    /// GetNumVerts of the top level, or null. Shared with copies.
+    std::shared_ptr<const std::vector<LPoint3>> GetBarys() const { return barys_; }
     LPoint3 GetBaryByAbsIdx(unsigned i) const;
     void SetBaryByAbsIdx(unsigned i, const LPoint3& bary);
     void CopyBarys(const LSubdivMesh& other);
+    /// Takes off every vertex what smooth quad levels over `base` (null: this mesh's level 0) give
+    /// it. Nothing unless the top is a quad level.
+    void SubstructLevel0(const LMesh* base);
     /// Takes off every vertex above level 0 what the flat interpolation of level 0 gives it.
     /// Weights come from `other`'s barycentrics when it has them (null: computed).
     void SubstructLevel0ByBarys(const LSubdivMesh* other);
@@ -138,6 +167,12 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     void TransformByLocal(const LMatrix3* tms) override { TransformByLocal(tms, false); }
     void TransformByLocal(const LMatrix3* tms, bool skipLevel0);
     void TransformVectorsByLocal(const LMatrix3* tms) override;
+
+    /// Takes the vertices of `level` (-1: the top) as vectors through the frames of `bases` at that
+    /// level: each once, by the frame at the first corner, in face order, that holds it. A frame
+    /// that can't be formed leaves its vector. `src` has no effect; `workers` may be null.
+    void TransformVectorsByLocal(const LMeshBases* bases, const LSubdivMesh* src, int level,
+                                 LThreadGroup* workers = nullptr);
 
     /// Debug dumps as OBJ text; false when the file can't be written. Level -1 means the top.
     bool Mesh2wobj(const std::string& path, int level) const;
@@ -149,15 +184,18 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
 
   private:
     int NumAllVerts() const { return GetNumLevelVerts(GetNumSubivLevels() - 1); }
-    bool AddLevel(std::shared_ptr<const LMeshTopology> topology,
-                  std::shared_ptr<const LLevelRule> rule, bool smooth);
-    void FillLevel(const LMeshTopology& topology, const LLevelRule& rule, bool smooth);
+    bool HasRoomFor(long long newVerts, long long newFaces) const;
+    bool AddQuadLevel(const LQuadStep& step, bool smooth);
+    bool FillTop(bool smooth);
+    void BindNewVerts(int firstLevel);
     LFaceSubs ChildrenOf(int absFace, const ISubdivLayer& childLayer) const;
     template <class Visit>
     void WalkSubFaces(int face, int depth, const ISubdivLayer* layer, Visit visit) const;
     template <class Visit>
     void WalkSubFacesAndBary(int face, const LFaceBarys& barys, int depth,
                              const ISubdivLayer* layer, Visit visit) const;
+    void BindBelow(int face, const LFaceBarys& barys, int level, int firstVert,
+                   std::vector<uint8_t>& done, std::vector<LPoint3>& bound) const;
     template <class Apply>
     void ForEachVertByBaseFace(bool skipLevel0, Apply apply);
 
@@ -165,7 +203,7 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     bool levelchanged_ = false;
     bool needbarys_ = false;
     /// By absolute number, like the vertices.
-    std::vector<LPoint3> barys_;
+    std::shared_ptr<std::vector<LPoint3>> barys_;
 };
 
 }  // namespace VantrelSDK

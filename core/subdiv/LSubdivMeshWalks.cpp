@@ -35,28 +35,22 @@ namespace {
 
 const LFaceBarys kIdentityBarys = {{LPoint3(1, 0, 0), LPoint3(0, 1, 0), LPoint3(0, 0, 1)}};
 
-/// Barycentrics of the corners of child k of a face that a triangle level split in four.
-LFaceBarys SplitBarys(const LFaceBarys& parent, int k) {
-    const LPoint3* b = parent.v;
-    const LPoint3 mid[3] = {(b[0] + b[1]) * 0.5f, (b[1] + b[2]) * 0.5f, (b[2] + b[0]) * 0.5f};
-    if (k == 3) return {{mid[0], mid[1], mid[2]}};
-    return {{b[k], mid[k], mid[(k + 2) % 3]}};
-}
-
 }  // namespace
 
 /// As WalkSubFaces, with visit(local number, barycentrics of its corners).
 template <class Visit>
 void LSubdivMesh::WalkSubFacesAndBary(int face, const LFaceBarys& barys, int depth,
                                       const ISubdivLayer* layer, Visit visit) const {
-    const LFaceSubs subs = ChildrenOf(face, *subdivs_->GetLayer(depth));
+    const ISubdivLayer& children = *subdivs_->GetLayer(depth);
+    const LFaceSubs subs = ChildrenOf(face, children);
+    LFaceBarys ofChildren[6];
+    children.GetChildBarys(face - children.GetFirstParentFace(), barys, ofChildren);
     for (int k = 0; k < 6; ++k) {
         if (subs.subs[k] < 0) continue;
-        const LFaceBarys child = SplitBarys(barys, k);
         if (layer->index() > depth)
-            WalkSubFacesAndBary(subs.subs[k], child, depth + 1, layer, visit);
+            WalkSubFacesAndBary(subs.subs[k], ofChildren[k], depth + 1, layer, visit);
         else
-            visit(layer->RemapFaceFromGlobal(subs.subs[k]), child);
+            visit(layer->RemapFaceFromGlobal(subs.subs[k]), ofChildren[k]);
     }
 }
 
@@ -70,41 +64,82 @@ void LSubdivMesh::FindSubFacesAndBary(int face, std::vector<int>& out,
     });
 }
 
+void LSubdivMesh::SetNeedBarys(bool need) {
+    needbarys_ = need;
+    if (need)
+        AllocBarys();
+    else
+        barys_ = nullptr;
+}
+
 void LSubdivMesh::AllocBarys() {
     needbarys_ = true;
-    barys_.assign(NumAllVerts(), LPoint3::Zero);
-    if (GetNumSubivLevels() > 1) {
-        RecalcAllBarys();
-        return;
-    }
+    std::vector<LPoint3> barys(NumAllVerts());
     for (const LFace& face : Faces())
         for (int k = 0; k < 3; ++k)
-            if (ValidVert(face.v[k])) barys_[face.v[k]] = kIdentityBarys.v[k];
+            if (ValidVert(face.v[k])) barys[face.v[k]] = kIdentityBarys.v[k];
+    barys_ = std::make_shared<std::vector<LPoint3>>(std::move(barys));
+    RecalcAllBarys();
 }
 
 void LSubdivMesh::RecalcAllBarys() {
-    const ISubdivLayer* top = subdivs_->GetTop();
-    if (!needbarys_ || !top) return;
-    barys_.resize(NumAllVerts());
-    const std::vector<LFace>& faces = top->topology()->Faces();
-    std::vector<char> done(NumAllVerts());
+    if (needbarys_ && GetNumSubivLevels() > 1) BindNewVerts(1);
+}
+
+/// Binds the vertices that `firstLevel` and the levels above it made, each to the lowest base face
+/// that reaches it; the first level binds those of the base too.
+void LSubdivMesh::BindNewVerts(int firstLevel) {
+    const int firstVert = firstLevel == 1 ? 0 : GetNumLevelVerts(firstLevel - 1);
+    std::vector<LPoint3> barys(NumAllVerts());
+    if (barys_)
+        std::copy_n(barys_->begin(), std::min<size_t>(firstVert, barys_->size()), &barys[0]);
+    std::vector<uint8_t> done(barys.size() - firstVert);
     for (int f = 0; f < LMesh::GetNumFaces(); ++f)
-        WalkSubFacesAndBary(f, kIdentityBarys, 1, top, [&](int sub, const LFaceBarys& bary) {
-            for (int k = 0; k < 3; ++k) {
-                const int v = faces[sub].v[k];
-                if (done[v]) continue;
-                done[v] = 1;
-                barys_[v] = bary.v[k];
-            }
-        });
+        BindBelow(f, kIdentityBarys, 1, firstVert, done, barys);
+    barys_ = std::make_shared<std::vector<LPoint3>>(std::move(barys));
+}
+
+/// Binds what the children, on `level`, of a face add to it; all of a face's corners are theirs.
+void LSubdivMesh::BindBelow(int face, const LFaceBarys& barys, int level, int firstVert,
+                            std::vector<uint8_t>& done, std::vector<LPoint3>& bound) const {
+    const ISubdivLayer& children = *subdivs_->GetLayer(level);
+    const int local = face - children.GetFirstParentFace();
+    const LFaceSubs subs = children.GetFaceSubs(local);
+    LFaceBarys ofChildren[6];
+    children.GetChildBarys(local, barys, ofChildren);
+    const bool deeper = level + 1 < GetNumSubivLevels();
+    const LFace* faces = children.topology()->Faces().data();
+    for (int k = 0; k < 6 && subs.subs[k] >= 0; ++k) {
+        const LFace& child = faces[children.RemapFaceFromGlobal(subs.subs[k])];
+        for (int corner = 0; corner < 3; ++corner) {
+            const int v = child.v[corner];
+            if (v < firstVert || done[v - firstVert]) continue;
+            done[v - firstVert] = 1;
+            bound[v] = ofChildren[k].v[corner];
+        }
+        if (deeper) BindBelow(subs.subs[k], ofChildren[k], level + 1, firstVert, done, bound);
+    }
 }
 
 LPoint3 LSubdivMesh::GetBaryByAbsIdx(unsigned i) const {
-    return i < barys_.size() ? barys_[i] : LPoint3::Zero;
+    return barys_ && i < barys_->size() ? (*barys_)[i] : LPoint3::Zero;
 }
 
 void LSubdivMesh::SetBaryByAbsIdx(unsigned i, const LPoint3& bary) {
-    if (i < barys_.size()) barys_[i] = bary;
+    if (!barys_ || i >= barys_->size()) return;
+    // Copies may share them.
+    if (barys_.use_count() > 1) barys_ = std::make_shared<std::vector<LPoint3>>(*barys_);
+    (*barys_)[i] = bary;
+}
+
+void LSubdivMesh::SubstructLevel0(const LMesh* base) {
+    const ISubdivLayer* top = subdivs_->GetTop();
+    if (!top || top->GetType() != 1) return;
+    LSubdivMesh smooth(base ? *base : *GetLevelCopy(0));
+    while (smooth.GetNumSubivLevels() < GetNumSubivLevels())
+        if (!smooth.SubdivideAll_Quad(true, false)) return;
+    const size_t count = std::min(verts_.size(), smooth.verts_.size());
+    for (size_t v = 0; v < count; ++v) verts_[v] -= smooth.verts_[v];
 }
 
 void LSubdivMesh::SubstructLevel0ByBarys(const LSubdivMesh* other) {

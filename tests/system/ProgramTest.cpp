@@ -102,7 +102,7 @@ TEST(Program, WritesLevelsAndStats) {
         EXPECT_EQ(result.polygonStart[1], arity);
         ASSERT_EQ(result.statements.size(), 2u);
         EXPECT_EQ(result.statements[1].text, "usemtl skin");
-        EXPECT_EQ(result.cornerUVs.empty(), arity == 3);
+        EXPECT_EQ(result.cornerUVs.size(), result.cornerVerts.size());
     }
     const Outcome above = replay("--level 3");
     EXPECT_EQ(above.code, 1);

@@ -146,7 +146,7 @@ TEST(Node, LevelsInASession) {
     EXPECT_EQ(CheckCaches(*node), "");
     EXPECT_TRUE(SameBits(Deltas(*node), {moved.begin(), moved.begin() + Deltas(*node).size()}));
     std::string error;
-    EXPECT_TRUE(node->CanSubdivide(error));
+    EXPECT_TRUE(node->CanSubdivide(false, error));
 }
 
 TEST(Node, EraseGoesBackToTheSessionsBeginning) {
