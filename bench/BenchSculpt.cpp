@@ -1,13 +1,12 @@
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 #include <random>
 
 #include "bench/BenchScene.h"
 #include "bench/Floor.h"
+#include "bench/MemoryWatch.h"
 #include "core/sculpt/BrushMode.h"
 
 // Strokes of every mode: press, step, release and undo apart, at sizes 10x apart. The counters are
@@ -24,34 +23,6 @@ double Median(std::vector<double>& values) {
     std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
     return values[values.size() / 2];
 }
-
-/// What the process takes from the system from now on.
-class MemoryWatch {
-  public:
-    MemoryWatch() {
-        malloc_trim(0);
-        // Takes the peak back to what is held.
-        std::ofstream("/proc/self/clear_refs") << 5;
-        start_ = Status("VmRSS:");
-    }
-    double Held() const {
-        malloc_trim(0);
-        return Status("VmRSS:") - start_;
-    }
-    double Peak() const { return Status("VmHWM:") - start_; }
-
-  private:
-    /// Bytes that the system tells of this process.
-    static double Status(const std::string& key) {
-        std::ifstream file("/proc/self/status");
-        double kilobytes = 0;
-        for (std::string word; file >> word;)
-            if (word == key && file >> kilobytes) break;
-        return kilobytes * 1024;
-    }
-
-    double start_;
-};
 
 /// Drives other data through the caches, as whatever the artist does between two strokes would.
 void ChillCaches() {

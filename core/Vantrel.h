@@ -81,3 +81,4 @@
 #include "core/subdiv/LUVSubdivChannel.h"
 #include "core/subdiv/LUVSubdivLevel.h"
 #include "core/subdiv/QuadPattern.h"
+#include "core/subdiv/QuadRings.h"

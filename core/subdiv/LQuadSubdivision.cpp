@@ -1,38 +1,10 @@
 #include "core/subdiv/LQuadSubdivision.h"
 
 #include <algorithm>
-#include <array>
-#include <climits>
-#include <new>
+
+#include "core/subdiv/QuadRings.h"
 
 namespace VantrelSDK {
-
-namespace {
-
-/// The corners of quad q of a level of split quads.
-std::array<int, 4> CornersOf(const std::vector<LFace>& faces, int q) {
-    const int *a = faces[2 * q].v, *b = faces[2 * q + 1].v;
-    return {a[0], a[1], a[2], b[1]};
-}
-
-/// The quads around each vertex, each once, ascending.
-LIndexRows QuadsAround(const std::vector<LFace>& faces, int nverts) {
-    LIndexRows rows;
-    const int nquads = static_cast<int>(faces.size() / 2);
-    const bool built = rows.Build(nverts, [&](auto&& emit) {
-        for (int q = 0; q < nquads; ++q) {
-            const auto c = CornersOf(faces, q);
-            emit(c[0], q);
-            if (c[1] != c[0]) emit(c[1], q);
-            if (c[2] != c[0] && c[2] != c[1]) emit(c[2], q);
-            if (c[3] != c[0] && c[3] != c[1] && c[3] != c[2]) emit(c[3], q);
-        }
-    });
-    if (!built) throw std::bad_alloc();
-    return rows;
-}
-
-}  // namespace
 
 long long LQuadSubdivision::NumVerts() const {
     return static_cast<long long>(level_.triMesh()->GetNumVerts()) +
@@ -63,35 +35,14 @@ std::shared_ptr<const LLevelRule> LQuadSubdivision::MakeRule(const LMeshTopology
 }
 
 LIndexRows LQuadSubdivision::MakeRings(const LMeshTopology& topology) const {
-    const std::vector<LFace>& faces = topology.Faces();
-    const int nverts = topology.GetNumVerts();
-    const LIndexRows quads = QuadsAround(faces, nverts);
-    std::vector<uint32_t> starts(static_cast<size_t>(nverts) + 1);
-    std::vector<int> rings;
-    rings.reserve(2 * faces.size() + faces.size() / 8);
-    std::vector<int> seenBy(nverts, -1);
-    for (int v = 0; v < nverts; ++v) {
-        const size_t start = rings.size();
-        const std::span<const int> around = quads.Row(v);
-        seenBy[v] = v;
-        for (size_t i = 0; around.size() >= 3 && i < around.size(); ++i)
-            for (const int other : CornersOf(faces, around[i]))
-                if (seenBy[other] != v && rings.size() - start < kMaxRing) {
-                    seenBy[other] = v;
-                    rings.push_back(other);
-                }
-        if (around.size() == 3) {
-            const auto edgePoints = std::count_if(rings.begin() + start, rings.end(), [&](int o) {
-                return level_.GetVertKind(o) == LQuadTriSubdivLevel::kEdgePoint;
-            });
-            if (edgePoints > 3) rings.resize(start);
-        }
-        starts[v + 1] = static_cast<uint32_t>(rings.size());
-    }
-    rings.shrink_to_fit();
-    LIndexRows rows;
-    rows.Adopt(std::move(starts), std::move(rings));
-    return rows;
+    const auto isEdgePoint = [&](int v) {
+        return level_.GetVertKind(v) == LQuadTriSubdivLevel::kEdgePoint;
+    };
+    QuadRings rings(topology);
+    rings.GatherOpen(kMaxRing, [&](int nquads, const std::vector<int>& ring) {
+        return nquads == 3 && std::count_if(ring.begin(), ring.end(), isEdgePoint) > 3;
+    });
+    return rings.Fill();
 }
 
 std::unique_ptr<LMesh> LQuadSubdivision::Export(std::span<const LPoint3> verts) const {
