@@ -86,10 +86,11 @@ bool LMorphDelta::Undo(std::vector<int>* restored) {
     return true;
 }
 
-bool LMorphDelta::SetActiveSubdivLevel(unsigned level, bool keep) {
+bool LMorphDelta::SetActiveSubdivLevel(unsigned level, bool keep,
+                                       const std::function<void(float)>& reach) {
     if (level >= static_cast<unsigned>(mesh_->GetNumSubivLevels())) return false;
     FlushUndo();
-    if (detailsDirty_ && keep) UpdateFullRes();
+    if (detailsDirty_ && keep) UpdateFullRes(reach);
     mesh_->SetActiveLevel(level);
     if (keep) CacheDetails(false);
     return true;
@@ -207,7 +208,7 @@ class DetailCarrier {
 
 }  // namespace
 
-bool LMorphDelta::UpdateFullRes() {
+bool LMorphDelta::UpdateFullRes(const std::function<void(float)>& reach) {
     const int active = mesh_->GetActiveLevel(), top = mesh_->GetNumSubivLevels() - 1;
     if (active == top || known_.size() != static_cast<size_t>(mesh_->GetNumVerts())) return false;
     if (!HasMovedSince(known_)) return true;
@@ -220,16 +221,21 @@ bool LMorphDelta::UpdateFullRes() {
     const LSubdivMesh& surface = object ? *object->GetOrigGeom() : *mesh_;
     const DetailCarrier carrier(surface, object ? object->GetActiveUVChannel() : nullptr, before,
                                 after);
-    const int first = static_cast<int>(known_.size());
-    const auto carry = [&](int from, int to, int) {
-        for (int v = first + from; v < first + to; ++v)
-            if (carrier.IsMoved(v)) verts[v] = carrier.Carry(v, verts[v]);
-    };
-    const int count = static_cast<int>(before.size()) - first;
-    if (owner_)
-        owner_->lthGrp()->ForSlices(count, 1024, carry);
-    else
-        carry(0, count, 0);
+    // In parts, so that a long way shows how far it is.
+    constexpr int kPart = 1 << 17;
+    const int count = static_cast<int>(before.size());
+    for (int start = static_cast<int>(known_.size()); start < count; start += kPart) {
+        const auto carry = [&](int from, int to, int) {
+            for (int v = start + from; v < start + to; ++v)
+                if (carrier.IsMoved(v)) verts[v] = carrier.Carry(v, verts[v]);
+        };
+        const int size = std::min(kPart, count - start);
+        if (owner_)
+            owner_->lthGrp()->ForSlices(size, 1024, carry);
+        else
+            carry(0, size, 0);
+        if (reach) reach(static_cast<float>(start + size) / static_cast<float>(count));
+    }
     return true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -97,8 +98,10 @@ class LMorphDelta {
     size_t GetNumUndos() const { return undos_.GetSize(); }
 
     /// Levels. Each of these flushes the undo stack.
-    /// With `keep`, levels above the former active one first follow what was sculpted on it.
-    bool SetActiveSubdivLevel(unsigned level, bool keep);
+    /// With `keep`, levels above the former active one first follow what was sculpted on it;
+    /// `reach`, which may be empty, is told how far that is, from 0 to 1.
+    bool SetActiveSubdivLevel(unsigned level, bool keep,
+                              const std::function<void(float)>& reach = {});
     bool SubdivideAll_Loop(bool smooth, bool protectopen);
     bool SubdivideAll_Quad(bool smooth, bool protectopen, const LEdgeListFlagged* edges = nullptr);
     /// Adds the next level of `geom`, sharing its topology, by plain interpolation.
@@ -109,7 +112,7 @@ class LMorphDelta {
     void CacheDetails(bool force);
     /// Carries what changed on the active level since CacheDetails up to the top. False when there
     /// was nothing to do.
-    bool UpdateFullRes();
+    bool UpdateFullRes(const std::function<void(float)>& reach = {});
     void UpdateUpperLayers() {
         UpdateFullRes();
         CacheDetails(false);

@@ -18,25 +18,6 @@ namespace {
 
 bool shiftPressed = false, ctrlPressed = false;
 
-/// Shows the node's progress display for as long as it lives.
-class Progress {
-  public:
-    explicit Progress(LNode& node) : callback_(node.getProgressCallbck()) {
-        if (callback_) callback_->Show();
-    }
-    ~Progress() {
-        if (callback_) callback_->Hide();
-    }
-    /// False when the user stops the operation.
-    bool Reach(float done) {
-        if (callback_) callback_->SetProgress(done);
-        return !callback_ || !callback_->IsCancelled();
-    }
-
-  private:
-    std::unique_ptr<LProgressCallback> callback_;
-};
-
 }  // namespace
 
 int GetShiftMode(int mode) {
@@ -113,7 +94,7 @@ bool LNode::CreateDelta() {
 
 bool LNode::InitSculpt() {
     if (!lobject_ || lobject_->IsEmpty() || !lcurMorph_) return false;
-    Progress progress(*this);
+    ProgressScope progress(getProgressCallbck());
     lsculpt_ = true;
     lstroke_ = false;
     lmode_ = -1;
@@ -147,12 +128,12 @@ bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     return reach(1);
 }
 
-void LNode::RestartLevel() {
+/// The surface or its level has changed. `progress` goes on from where it is.
+void LNode::RestartLevel(ProgressScope& progress, float from) {
     ++surface_;
     if (!lsculpt_) return;
-    Progress progress(*this);
     OpenLevel([&](float done) {
-        progress.Reach(done);
+        progress.Reach(from + (1 - from) * done);
         return true;
     });
 }
@@ -190,11 +171,13 @@ bool LNode::CanSubdivide(bool quad, std::string& error) const try {
 
 bool LNode::AddLevel(bool quad) {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
-    SetActiveSubdivLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1);
+    ProgressScope progress(getProgressCallbck());
+    GoToLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1, progress, 0.2f);
     const bool smooth = getDoSmoothGeomSubdivision(), open = getDoProtectOpenEdgesSmoothing();
     if (!(quad ? lobject_->SubdivideAll_Quad(smooth, open)
                : lobject_->SubdivideAll_Loop(smooth, open)))
         return false;
+    progress.Reach(0.5f);
     const LSubdivMesh& geom = *lobject_->GetOrigGeom();
     if (!lcurMorph_->SubdivideLike(geom) ||
         (lentryCache_ && !lentryCache_->SubdivideLike(geom, false))) {
@@ -203,7 +186,7 @@ bool LNode::AddLevel(bool quad) {
         lobject_->DeleteTopLevelSudiv(false);
         return false;
     }
-    RestartLevel();
+    RestartLevel(progress, 0.6f);
     return true;
 }
 
@@ -218,22 +201,31 @@ bool LNode::SubdivideAll_Quad() {
 bool LNode::SetActiveSubdivLevel(unsigned level) {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
     if (static_cast<int>(level) >= lobject_->GetOrigGeom()->GetNumSubivLevels()) return false;
-    lcurMorph_->SetActiveSubdivLevel(level, true);
+    ProgressScope progress(getProgressCallbck());
+    GoToLevel(level, progress, 0.6f);
+    RestartLevel(progress, 0.6f);
+    return true;
+}
+
+/// Makes a level active, without what a session holds for it; the levels above the former one
+/// follow first.
+void LNode::GoToLevel(unsigned level, ProgressScope& progress, float share) {
+    lcurMorph_->SetActiveSubdivLevel(level, true,
+                                     [&](float done) { progress.Reach(share * done); });
     lobject_->SetActiveSubdivLevel(static_cast<int>(level));
     if (lentryCache_) lentryCache_->SetActiveLevel(level);
-    RestartLevel();
-    return true;
 }
 
 bool LNode::DeleteTopLevelSudiv() {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    ProgressScope progress(getProgressCallbck());
     UpdateSubdivLevels();
     if (!lobject_->DeleteTopLevelSudiv(false)) return false;
     lcurMorph_->DeleteTopLevelSudiv();
     if (lentryCache_) lentryCache_->DeleteTopLevel();
     const size_t levels = lobject_->GetOrigGeom()->GetNumSubivLevels();
     if (levelCaches_.size() > levels) levelCaches_.resize(levels);
-    RestartLevel();
+    RestartLevel(progress, 0.5f);
     return true;
 }
 
@@ -244,14 +236,16 @@ void LNode::UpdateSubdivLevels() {
 void LNode::UpdateHidden() {
     for (LevelCaches& caches : levelCaches_) caches.tree.reset();
     loctTree_ = nullptr;
-    RestartLevel();
+    ProgressScope progress(getProgressCallbck());
+    RestartLevel(progress, 0);
 }
 
 bool LNode::UpdateBase() {
     if (lstroke_) return false;
+    ProgressScope progress(getProgressCallbck());
     // What was sculpted goes up in the frames of the surface that it was sculpted on.
     UpdateSubdivLevels();
-    if (lobject_ && lobject_->Update(nullptr, nullptr, -1)) RestartLevel();
+    if (lobject_ && lobject_->Update(nullptr, nullptr, -1)) RestartLevel(progress, 0.5f);
     return true;
 }
 

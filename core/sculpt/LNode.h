@@ -292,7 +292,8 @@ class LNode {
     bool OpenLevel(const std::function<bool(float)>& reach);
     size_t NumSides() const;
     LevelCaches& ActiveCaches();
-    void RestartLevel();
+    void GoToLevel(unsigned level, ProgressScope& progress, float share);
+    void RestartLevel(ProgressScope& progress, float from);
     void SurfaceChanged(std::span<const int> verts);
     StrokeStep MakeStep(int mode);
     void Prepare(int mode, bool atPress, bool force);
