@@ -61,6 +61,7 @@
 #include "core/sculpt/LNode.h"
 #include "core/sculpt/LNodeSettings.h"
 #include "core/sculpt/LThreadGroup.h"
+#include "core/sculpt/NormalSmoother.h"
 #include "core/sculpt/StrokePlayer.h"
 #include "core/sculpt/StrokeStep.h"
 #include "core/sculpt/modes/Dragging.h"
