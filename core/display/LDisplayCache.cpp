@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "core/math/Float4.h"
-
+#include "core/mesh/LCalcNormalsCallbacks.h"
 #include "core/sculpt/LThreadGroup.h"
 
 namespace VantrelSDK {
@@ -12,18 +11,6 @@ namespace {
 
 /// Entries that a worker takes at least; fewer are not worth waking it.
 constexpr int kGrain = 1024;
-
-/// Fills normals[at(i)] with the unit vector along vector(at(i)) for i from first to last - 1.
-template <class At, class Vector>
-void FillUnitVectors(int first, int last, LPoint3* normals, const At& at, const Vector& vector) {
-    for (int i = first; i < last; i += 4) {
-        const int count = std::min(4, last - i);
-        Float4 four[4] = {};
-        for (int k = 0; k < count; ++k) four[k] = vector(at(i + k));
-        NormalizeFour(four);
-        for (int k = 0; k < count; ++k) StorePoint(normals[at(i + k)], four[k]);
-    }
-}
 
 }  // namespace
 
@@ -80,14 +67,7 @@ void LDisplayCache::SetChanged(std::span<const int> faces, std::span<const int> 
 
 void LDisplayCache::SetVertsMoved(std::span<const int> verts) {
     if (!topology_) return;
-    const LAdjFaceList& around = topology_->AdjFaces();
-    const std::vector<LFace>& faces = topology_->Faces();
-    for (const int v : verts) {
-        SetVertChanged(v);
-        for (const int f : around.GetAdjFacesForVert(v))
-            if (changedFaces_.Add(f))
-                for (const int corner : faces[f].v) SetVertChanged(corner);
-    }
+    MarkMoved(*topology_, verts, changedFaces_, [this](int v) { SetVertChanged(v); });
 }
 
 template <class Job>
@@ -118,28 +98,17 @@ void LDisplayCache::CalcVerts(std::span<const int> list) {
 
 template <class FaceAt>
 void LDisplayCache::FillFaceNormals(int first, int last, const FaceAt& faceAt) {
-    const LFace* faces = topology_->Faces().data();
     const LPoint3* verts = verts_.data();
-    FillUnitVectors(first, last, fnormals_.data(), faceAt, [&](int f) {
-        const Float4 a = LoadPoint(verts[faces[f].v[0]]), b = LoadPoint(verts[faces[f].v[1]]),
-                     c = LoadPoint(verts[faces[f].v[2]]);
-        return Cross(_mm_sub_ps(b, a), _mm_sub_ps(c, b));
-    });
+    const LCalcFaceNormalsCallback calc{topology_->Faces().data(), fnormals_.data(),
+                                        [=](int v) { return LoadPoint(verts[v]); }};
+    calc(first, last, faceAt);
 }
 
-/// A vertex without faces has no normal: zero.
 template <class VertAt>
 void LDisplayCache::FillVertNormals(int first, int last, const VertAt& vertAt) {
-    const LIndexRows& around = topology_->AdjFaces().Rows();
-    const uint32_t* starts = around.Starts();
-    const int* entries = around.Entries();
-    const LPoint3* normals = fnormals_.data();
-    FillUnitVectors(first, last, vnormals_.data(), vertAt, [&](int v) {
-        Float4 sum = _mm_setzero_ps();
-        for (uint32_t k = starts[v]; k < starts[v + 1]; ++k)
-            sum = _mm_add_ps(sum, LoadPoint(normals[entries[k]]));
-        return sum;
-    });
+    const LCalcVertNormalsCallback calc{topology_->AdjFaces().Rows(), fnormals_.data(),
+                                        vnormals_.data()};
+    calc(first, last, vertAt);
 }
 
 void LDisplayCache::CalcFaceNormals(std::span<const int> list) {

@@ -114,6 +114,7 @@ bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     lcurMorph_->AllockBack();
     lsmoothCache_.reset();
     vertexNormals_.Reset(lobject_->GetNumVerts());
+    normalSmoother_.Reset(lobject_->GetNumVerts());
     lsnapOK_ = false;
     fillSculptCache();
     const auto topology = lmeshCache_->Topology();

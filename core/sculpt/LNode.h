@@ -16,6 +16,7 @@
 #include "core/morph/LMorphDelta.h"
 #include "core/sculpt/LFalloffCache.h"
 #include "core/sculpt/LThreadGroup.h"
+#include "core/sculpt/NormalSmoother.h"
 #include "core/sculpt/theThData.h"
 
 namespace VantrelSDK {
@@ -276,6 +277,7 @@ class LNode {
     /// Working arrays of a step, kept between steps: one entry per vertex of the active level;
     /// lists.
     ZeroedArray<LPoint3>& vertexNormals() { return vertexNormals_; }
+    NormalSmoother& normalSmoother() { return normalSmoother_; }
     std::vector<LPoint3>& tempNormals() { return tempNormals_; }
     std::vector<LPoint3>& samplePoints(int i) { return samplePoints_[i]; }
 
@@ -337,6 +339,7 @@ class LNode {
     TreeHits hits_;
     std::vector<int> dragged_;
     ZeroedArray<LPoint3> vertexNormals_;
+    NormalSmoother normalSmoother_;
     std::vector<LPoint3> tempNormals_;
     std::array<std::vector<LPoint3>, 2> samplePoints_;
     std::vector<theThData> theThDts_;
