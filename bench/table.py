@@ -200,6 +200,53 @@ def opening(runs):
         )
 
 
+def levels(runs):
+    rows = []
+    for title, ours, other in [
+        ("the way up: topology, caches, positions, barycentrics, UVs", ("BM_WayUp", ()), "BM_OpenSubdivWayUp"),
+        ("a new base shape, all levels", ("BM_NewBase", (1,)), "BM_OpenSubdivNewBase"),
+        ("the same with two workers", ("BM_NewBase", (2,)), "BM_OpenSubdivNewBase"),
+    ]:
+        if ours not in runs.runs:
+            continue
+        counter = "real_time" if ours[1] else "cpu_time"
+        time = runs.median(*ours, counter)
+        cells = [f"{number(time)} ms", "", ""]
+        if (other, ()) in runs.runs:
+            theirs = runs.median(other, (), counter)
+            cells[1:] = [f"{number(theirs)} ms", f"{time / theirs:.2f}"]
+        rows.append([title, *cells])
+    if rows:
+        yield section(
+            "Quad levels: 5,776 quads with UVs to 1.5 million, one thread",
+            "BM_(WayUp|NewBase|OpenSubdiv.*)",
+            table(["", "Kelmo", "OpenSubdiv", "Kelmo takes"], rows),
+        )
+    rows = []
+    for (count,) in runs.arguments("BM_LevelChange"):
+        verts = runs.median("BM_LevelChange", (count,), "verts")
+        time = runs.median("BM_LevelChange", (count,), "cpu_time")
+        rows.append([f"{verts:,.0f}", number(time), number(time * 1e6 / verts)])
+    if rows:
+        yield section(
+            "Level 1 and back to the top after a stroke that moved everything, one worker",
+            "BM_LevelChange",
+            table(["vertices of the top level", "ms", "ns a vertex"], rows),
+        )
+    counters = ["bytes_triangle", "bytes_triangle_session", "peak_bytes_triangle"]
+    rows = [
+        [size(int(runs.median("BM_LevelMemory", a, "triangles")))]
+        + [number(runs.median("BM_LevelMemory", a, c)) for c in counters]
+        for a in runs.arguments("BM_LevelMemory")
+    ]
+    if rows:
+        yield section(
+            "Bytes a triangle of the top level: quad levels with UVs, caches and all levels below",
+            "BM_LevelMemory",
+            table(["triangles of the top level", "no session", "session open", "at most on the way"], rows),
+        )
+
+
 def machine(runs):
     name = "an unknown processor"
     with open("/proc/cpuinfo", encoding="utf-8") as file:
@@ -287,7 +334,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, tree, obj, opening]
+        makers = [strokes, parts, workers, tree, obj, opening, levels]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:
