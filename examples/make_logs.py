@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes the stroke logs beside it: modes/*.jsonl, one for each brush mode, and face.jsonl.
+"""Makes the stroke logs beside it: modes/*.jsonl, one for each brush mode, face.jsonl, and details.jsonl.
 
 A pen walks over head.obj. Strokes are told by landmarks of the head; the pen finds the surface there,
 its normal and its place on the screen. It keeps its own rough idea of how the strokes change the
@@ -363,8 +363,8 @@ def pressure_field(pressure):
 EXAMPLES = {}
 
 
-def example(name, symmetric=True, levels=0):
-    """Registers a function that strokes a pen; the pen comes with soft curves."""
+def example(name, symmetric=True, levels=0, kind="loop"):
+    """Registers a function that strokes a pen; the pen comes with soft curves and levels of a kind."""
 
     def register(strokes):
         def make():
@@ -374,7 +374,7 @@ def example(name, symmetric=True, levels=0):
             pen.set_falloff(1, SOFT)
             pen.set_falloff(2, SOFT)
             for _ in range(levels):
-                pen.op("subdivide", kind="loop")
+                pen.op("subdivide", kind=kind)
             strokes(pen)
             return pen
 
@@ -620,6 +620,22 @@ def erase(pen):
 
 # The polygons of the eyeballs and of what lies under the lids, left and right.
 EYEBALLS = [*range(704, 798), *range(1726, 1820)]
+
+
+@example("details", levels=3, kind="quad")
+def details(pen):
+    """Furrows and warts on the third level of quads; then, on the first, the shape beneath them."""
+    for k in range(6):
+        y = 8.4 - 0.75 * k
+        across = [(x, y + 0.5 - 0.03 * x * x, 8.2 - 0.12 * x * x) for x in (0.0, 1.4, 2.8, 4.2)]
+        pen.raised(across, 0.42, -0.22, shape=steady if k % 2 else taper, spacing=0.3)
+    for x, y, z in [(1.1, 0.4, 8.0), (2.4, -1.0, 7.6), (3.4, 0.3, 7.0), (3.9, -1.6, 6.6), (2.9, -2.2, 7.2), (0.7, -0.6, 9.3)]:
+        pen.raised([(x, y, z), (x + 0.05, y, z)], 0.45, 0.45, shape=steady)
+    pen.op("level", value=1)
+    pen.drag(MOVE, FOREHEAD, (0, 1.6, 2.2), 8)
+    pen.drag(MOVE, (4.2, -1.6, 6.2), (2.2, -0.4, 0.2), 5.5)
+    pen.drag(MOVE, NOSE_TIP, (0, 0.5, 1.6), 3.2)
+    pen.op("level", value=3)
 
 
 @example("face", levels=2)
