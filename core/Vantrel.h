@@ -6,6 +6,7 @@
 #include "core/io/AtomicFile.h"
 #include "core/io/FileError.h"
 #include "core/io/FloatText.h"
+#include "core/io/HugePages.h"
 #include "core/io/InputFile.h"
 #include "core/io/LProgressCallback.h"
 #include "core/io/LineReader.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <new>
 
+#include "core/io/HugePages.h"
 #include "core/mesh/EdgeVisits.h"
 #include "core/mesh/LIndexRows.h"
 #include "core/mesh/SharedFaces.h"
@@ -49,8 +50,8 @@ LEdgeList::LEdgeList(CornerView faces, const LAdjFaceList& adj, const ElementMas
         // First the edges as their lower ends meet them, then their numbers in the faces' order.
         const std::vector<int> met = EdgeOfEachCorner(faces, adj, masks);
         std::vector<int> numbers(met.size(), -1);
-        edges_.reserve(faces.size() * 3 / 2);
-        faces_.resize(faces.size());
+        ReserveLarge(edges_, faces.size() * 3 / 2);
+        ResizeLarge(faces_, faces.size());
         for (size_t f = 0; f < faces.size(); ++f)
             for (int k = 0; k < 3; ++k) {
                 const int edge = met[3 * f + k];
@@ -77,7 +78,9 @@ std::vector<int> LEdgeList::EdgeOfEachCorner(CornerView faces, const LAdjFaceLis
         int low = -1, edge = -1, maker = -1;
     };
     std::vector<Met> met(adj.nverts());
-    std::vector<int> edgeOf(3 * faces.size(), -1);
+    std::vector<int> edgeOf;
+    ReserveLarge(edgeOf, 3 * faces.size());
+    edgeOf.resize(3 * faces.size(), -1);
     int count = 0;
     for (int low = 0; low < adj.nverts(); ++low)
         VisitEdgesFrom(low, faces, adj, [&](int high, int f, int k) {

@@ -3,6 +3,7 @@
 #include <new>
 #include <utility>
 
+#include "core/io/HugePages.h"
 #include "core/mesh/EdgeVisits.h"
 
 namespace VantrelSDK {
@@ -40,7 +41,8 @@ LEdgeListFlagged::LEdgeListFlagged(std::span<const LFace> faces, int nverts,
     const LAdjFaceList adj(faces, nverts);
     if (adj.nfaces() == 0) return;
     try {
-        edges_.reserve(faces.size() * 3 / 2);
+        ReserveLarge(edges_, faces.size() * 3 / 2);
+        ReserveLarge(faces_, faces.size());
         faces_.resize(faces.size(), Face{-1, -1, -1});
         EdgeNumbers numbers(nverts);
         const bool all = masks.include.empty() && masks.exclude.empty();

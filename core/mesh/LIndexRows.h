@@ -5,6 +5,8 @@
 #include <span>
 #include <vector>
 
+#include "core/io/HugePages.h"
+
 namespace VantrelSDK {
 
 /// Rows of ints of differing lengths in one block: an offset per row and the entries one after
@@ -51,7 +53,8 @@ template <class Visit>
 bool LIndexRows::Build(int nrows, Visit&& visit) try {
     *this = {};
     if (nrows <= 0) return true;
-    std::vector<uint32_t> start(static_cast<size_t>(nrows) + 1);
+    std::vector<uint32_t> start;
+    ResizeLarge(start, static_cast<size_t>(nrows) + 1);
     uint64_t total = 0;
     visit([&](int row, int) { ++start[row + 1], ++total; });
     if (total > UINT32_MAX) return false;
@@ -59,7 +62,8 @@ bool LIndexRows::Build(int nrows, Visit&& visit) try {
 
     // While it is being filled, start[row] is where the row's next value goes; in the end that is
     // where the next row starts, and everything moves up by one.
-    std::vector<int> entries(total);
+    std::vector<int> entries;
+    ResizeLarge(entries, total);
     visit([&](int row, int value) { entries[start[row]++] = value; });
     for (int row = nrows; row > 0; --row) start[row] = start[row - 1];
     start[0] = 0;

@@ -26,7 +26,7 @@ bool LMesh::Allocate(int nverts, int nfaces) try {
 
 void LMesh::Free() {
     nverts_ = 0;
-    verts_ = {};
+    verts_ = std::vector<LPoint3>();
     topology_.reset();
 }
 

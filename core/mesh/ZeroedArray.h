@@ -9,6 +9,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "core/io/HugePages.h"
+
 namespace VantrelSDK {
 
 /// An array of trivially copyable elements whose bytes start as zero.
@@ -45,7 +47,9 @@ class ZeroedArray {
 
     /// Pays for all pages now, where a pause is welcome, so that nobody does it later.
     void Populate() {
-        if (data_) std::memset(static_cast<void*>(data_), 0, size_ * sizeof(T));
+        if (!data_) return;
+        AdviseHugePages(data_, size_ * sizeof(T));
+        std::memset(static_cast<void*>(data_), 0, size_ * sizeof(T));
     }
 
     size_t size() const { return size_; }

@@ -127,7 +127,7 @@ bool LMorphDelta::DeleteTopLevelSudiv() {
 void LMorphDelta::CacheDetails(bool force) {
     const bool top = mesh_->GetActiveLevel() == mesh_->GetNumSubivLevels() - 1;
     if (top) {
-        known_ = {};
+        known_ = std::vector<LPoint3>();
         detailsDirty_ = !force;
         return;
     }

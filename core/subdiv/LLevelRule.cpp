@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/io/HugePages.h"
 #include "core/math/Float4.h"
 #include "core/sculpt/LThreadGroup.h"
 #include "core/subdiv/LLoopSmoothCache.h"
@@ -33,7 +34,7 @@ void LLevelRule::Fill(const LMeshTopology& topology, LPoint3* verts, bool smooth
         return;
     }
     // One more, since four numbers of a point are read at a time.
-    scratch.resize(std::max(scratch.size(), static_cast<size_t>(nverts) + 1));
+    ResizeLarge(scratch, std::max(scratch.size(), static_cast<size_t>(nverts) + 1));
     LPoint3* split = scratch.data();
     InParts(first, workers,
             [&](int from, int to) { std::copy(verts + from, verts + to, split + from); });

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/io/HugePages.h"
 #include "core/subdiv/QuadRings.h"
 
 namespace VantrelSDK {
@@ -12,7 +13,8 @@ long long LQuadSubdivision::NumVerts() const {
 }
 
 std::shared_ptr<const LMeshTopology> LQuadSubdivision::MakeTopology() const {
-    std::vector<LFace> faces(static_cast<size_t>(NumFaces()));
+    std::vector<LFace> faces;
+    ResizeLarge(faces, static_cast<size_t>(NumFaces()));
     for (int q = 0; q < level_.NumQuads(); ++q) {
         LFace& a = faces[2 * q];
         LFace& b = faces[2 * q + 1];

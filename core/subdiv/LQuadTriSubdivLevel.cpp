@@ -2,6 +2,8 @@
 
 #include <new>
 
+#include "core/io/HugePages.h"
+
 #include "core/subdiv/QuadPattern.h"
 
 namespace VantrelSDK {
@@ -46,7 +48,7 @@ LQuad LQuadTriSubdivLevel::GetQuad(int q) const {
 }
 
 void LQuadTriSubdivLevel::TakeParents(LLevelRule& rule) const {
-    rule.parents.reserve(edges_->GetNumEdges());
+    ReserveLarge(rule.parents, edges_->GetNumEdges());
     for (const LEdgeListFlagged::Edge& edge : edges_->edges())
         rule.parents.emplace_back(edge.v[0], edge.v[1]);
     rule.centres.reserve(NumBaseTris());

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <new>
 
+#include "core/io/HugePages.h"
 #include "core/mesh/LEdgeList.h"
 #include "core/subdiv/LQuadSubdivision.h"
 #include "core/subdiv/LTopoCaches.h"
@@ -227,7 +228,7 @@ bool LSubdivMesh::HasRoomFor(long long newVerts, long long newFaces) const {
 /// Values of the newest level, by its rule. Without memory the level goes again.
 bool LSubdivMesh::FillTop(bool smooth) try {
     const ISubdivLayer& top = *subdivs_->GetTop();
-    verts_.resize(top.GetNumVerts());
+    ResizeLarge(verts_, top.GetNumVerts());
     if (needbarys_) BindNewVerts(top.index());
     std::vector<LPoint3> scratch;
     top.rule()->Fill(*top.topology(), verts_.data(), smooth, scratch, nullptr);
@@ -259,7 +260,8 @@ bool LSubdivMesh::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth,
         const bool known = a >= 0 && b >= 0 && a < nverts && b < nverts;
         rule->parents[e] = known ? std::pair(a, b) : std::pair(-1, -1);
     }
-    std::vector<LFace> faces(topo.GetNumExtFaces());
+    std::vector<LFace> faces;
+    ResizeLarge(faces, topo.GetNumExtFaces());
     for (int i = 0; i < topo.GetNumExtFaces(); ++i) {
         faces[i] = topo.GetExtFace(i);
         faces[i].id = i;

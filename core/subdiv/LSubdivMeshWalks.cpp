@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "core/io/HugePages.h"
 #include "core/subdiv/LSubdivMesh.h"
 
 namespace VantrelSDK {
@@ -90,7 +91,8 @@ void LSubdivMesh::RecalcAllBarys() {
 /// that reaches it; the first level binds those of the base too.
 void LSubdivMesh::BindNewVerts(int firstLevel) {
     const int firstVert = firstLevel == 1 ? 0 : GetNumLevelVerts(firstLevel - 1);
-    std::vector<LPoint3> barys(NumAllVerts());
+    std::vector<LPoint3> barys;
+    ResizeLarge(barys, NumAllVerts());
     if (barys_)
         std::copy_n(barys_->begin(), std::min<size_t>(firstVert, barys_->size()), &barys[0]);
     std::vector<uint8_t> done(barys.size() - firstVert);

@@ -4,6 +4,7 @@
 #include <climits>
 #include <new>
 
+#include "core/io/HugePages.h"
 #include "core/subdiv/LTopoCaches.h"
 #include "core/subdiv/LUVSubdivLevel.h"
 
@@ -111,9 +112,11 @@ bool LUVSubdivChannel::SubdivideAll_Loop(bool) try {
     const std::span<const MFace> source = LevelFaces(top);
     if (4 * source.size() > INT_MAX) return false;
     const LUVSubdivLevel step(verts_, source);
-    std::vector<MFace> faces(4 * source.size());
+    std::vector<MFace> faces;
+    ResizeLarge(faces, 4 * source.size());
     for (size_t i = 0; i < faces.size(); ++i) faces[i] = step.GetExtFace(static_cast<int>(i));
-    std::vector<LPoint2> verts(step.NumVerts());
+    std::vector<LPoint2> verts;
+    ResizeLarge(verts, step.NumVerts());
     for (int i = 0; i < step.NumVerts(); ++i) step.GetVert(i, verts[i]);
     extfaces_.push_back(std::move(faces));
     verts_ = std::move(verts);
@@ -136,13 +139,15 @@ bool LUVSubdivChannel::AddQuadLevel(std::shared_ptr<const LTriCoupling> coupling
     const std::span<const MFace> source = LevelFaces(top);
     if (IsEmpty() || static_cast<size_t>(coupling->NumFaces()) != source.size()) return false;
     const LQuadTriUVSubdivLevel step(verts_, source, *coupling);
-    std::vector<MFace> faces(2 * static_cast<size_t>(step.NumQuads()));
+    std::vector<MFace> faces;
+    ResizeLarge(faces, 2 * static_cast<size_t>(step.NumQuads()));
     for (int q = 0; q < step.NumQuads(); ++q) {
         const LQuad quad = step.GetQuad(q);
         faces[2 * q] = {{quad.v[0], quad.v[1], quad.v[2]}};
         faces[2 * q + 1] = {{quad.v[2], quad.v[3], quad.v[0]}};
     }
-    std::vector<LPoint2> verts(step.NumVerts());
+    std::vector<LPoint2> verts;
+    ResizeLarge(verts, step.NumVerts());
     for (int i = 0; i < step.NumVerts(); ++i) step.GetVert(i, verts[i]);
     extfaces_.push_back(std::move(faces));
     verts_ = std::move(verts);

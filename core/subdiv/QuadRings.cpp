@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "core/io/HugePages.h"
+
 namespace VantrelSDK {
 
 namespace {
@@ -35,7 +37,8 @@ bool HasDouble(const int* row, uint32_t count) {
 }  // namespace
 
 QuadRings::QuadRings(const LMeshTopology& topology)
-    : faces_(topology.Faces()), nquads_(topology.GetNumFaces() / 2), fans_(topology.GetNumVerts()) {
+    : faces_(topology.Faces()), nquads_(topology.GetNumFaces() / 2) {
+    ResizeLarge(fans_, topology.GetNumVerts());
     for (int q = 0; q < nquads_; ++q)
         VisitCorners(faces_.data(), q, [&](int v, int next, int, int previous) {
             fans_[v].open += Mixed(next) - Mixed(previous);
@@ -69,14 +72,14 @@ LIndexRows QuadRings::Fill() {
 
 void QuadRings::SizeRows() {
     const int nverts = static_cast<int>(fans_.size());
-    starts_.resize(static_cast<size_t>(nverts) + 1);
+    ResizeLarge(starts_, static_cast<size_t>(nverts) + 1);
     auto open = openRings_.begin();
     for (int v = 0; v < nverts; ++v) {
         size_t size = IsOpen(v) ? 0 : 2 * size_t{fans_[v].nquads};
         if (open != openRings_.end() && open->vert == v) size = (open++)->ring.size();
         starts_[v + 1] = starts_[v] + static_cast<uint32_t>(size);
     }
-    entries_.resize(starts_.back());
+    ResizeLarge(entries_, starts_.back());
 }
 
 void QuadRings::FillRows() {
