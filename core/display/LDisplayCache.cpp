@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/io/HugePages.h"
 #include "core/mesh/LCalcNormalsCallbacks.h"
 #include "core/sculpt/LThreadGroup.h"
 
@@ -29,10 +30,10 @@ void LDisplayCache::Init(LSubdivMeshI* object, LSubdivMeshI* delta) {
     nverts_ = topology_ ? topology_->GetNumVerts() : 0;
     nfaces_ = topology_ ? topology_->GetNumFaces() : 0;
     // One more, so that the last can be loaded as four floats.
-    verts_.resize(nverts_ + 1);
-    fnormals_.resize(nfaces_ + 1);
-    vnormals_.resize(nverts_);
-    vnormalsPP_.resize(nverts_);
+    ResizeLarge(verts_, nverts_ + 1);
+    ResizeLarge(fnormals_, nfaces_ + 1);
+    ResizeLarge(vnormals_, nverts_);
+    ResizeLarge(vnormalsPP_, nverts_);
     if (!colors_.empty()) colors_.assign(nverts_, LColor::cWhite);
     changedVerts_.Reset(nverts_);
     changedFaces_.Reset(nfaces_);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "core/io/HugePages.h"
 #include "core/math/Geometry.h"
 
 namespace VantrelSDK {
@@ -147,7 +148,7 @@ std::vector<LOctTree::Keyed> LOctTree::SortFaces(const LPoint3* verts,
     const float cells = 1 << kKeyBits;
     const LPoint3 scale(cells / extent.x, cells / extent.y, cells / extent.z);
     std::vector<Keyed> keyed;
-    keyed.reserve(faces.size());
+    ReserveLarge(keyed, faces.size());
     for (size_t f = 0; f < faces.size(); ++f) {
         if (f < hiddenFaces.size() && hiddenFaces[f]) continue;
         const LFace& face = faces[f];
@@ -158,7 +159,8 @@ std::vector<LOctTree::Keyed> LOctTree::SortFaces(const LPoint3* verts,
         keyed.push_back({key, static_cast<int>(f)});
     }
     // Radix sort: stable, four rounds of 12 bits.
-    std::vector<Keyed> other(keyed.size());
+    std::vector<Keyed> other;
+    ResizeLarge(other, keyed.size());
     for (int shift = 0; shift < 3 * kKeyBits; shift += 12) {
         std::array<size_t, 4096> start{};
         for (const Keyed& k : keyed) ++start[k.key >> shift & 4095];
@@ -176,7 +178,9 @@ void LOctTree::Build(const LPoint3* verts, std::span<const uint8_t> hiddenFaces)
     packetLeaf_.clear();
     faces_.clear();
     const int nverts = topology_->GetNumVerts(), nfaces = topology_->GetNumFaces();
+    ReserveLarge(facePacket_, nfaces);
     facePacket_.assign(nfaces, -1);
+    ReserveLarge(vertSlot_, nverts);
     vertSlot_.assign(nverts, -1);
     rootMin_ = rootMax_ = LPoint3::Zero;
     if (nverts == 0 || nfaces == 0) return;
@@ -195,7 +199,7 @@ void LOctTree::Build(const LPoint3* verts, std::span<const uint8_t> hiddenFaces)
 
     const std::vector<Keyed> sorted = SortFaces(verts, hiddenFaces);
     if (sorted.empty()) return;
-    faces_.reserve(sorted.size());
+    ReserveLarge(faces_, sorted.size());
     BuildNode(sorted, 0, static_cast<int>(sorted.size()), 3 * (kKeyBits - 1), -1, 0);
     FillSlots(sorted);
     for (size_t s = 0; s < slotPos_.size(); ++s) slotPos_[s] = verts[slotVert_[s]];
@@ -203,7 +207,9 @@ void LOctTree::Build(const LPoint3* verts, std::span<const uint8_t> hiddenFaces)
     rootMin_ = box.lo;
     rootMax_ = box.hi;
 
+    ReserveLarge(slotMarks_, slotPos_.size());
     slotMarks_.assign(slotPos_.size(), {});
+    ReserveLarge(faceMarks_, faces_.size());
     faceMarks_.assign(faces_.size(), 0);
     packetMarks_.assign(packetBoxes_.size() * kWide, 0);
     vertChain_ = faceChain_ = query_ = refit_ = 0;
@@ -270,7 +276,7 @@ void LOctTree::AddLeaf(const std::vector<Keyed>& sorted, int first, int last, in
 void LOctTree::FillSlots(const std::vector<Keyed>& sorted) {
     const std::vector<LFace>& faces = topology_->Faces();
     slotVert_.clear();
-    slotVert_.reserve(topology_->GetNumVerts());
+    ReserveLarge(slotVert_, topology_->GetNumVerts());
     faces_.resize(sorted.size());
     for (Leaf& leaf : leaves_) {
         leaf.firstSlot = static_cast<int>(slotVert_.size());
@@ -287,7 +293,7 @@ void LOctTree::FillSlots(const std::vector<Keyed>& sorted) {
         }
         leaf.numSlots = static_cast<int>(slotVert_.size()) - leaf.firstSlot;
     }
-    slotPos_.resize(slotVert_.size());
+    ResizeLarge(slotPos_, slotVert_.size());
 }
 
 std::pair<int, int> LOctTree::PacketFaces(int packet) const {

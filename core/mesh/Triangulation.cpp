@@ -1,5 +1,7 @@
 #include "core/mesh/Triangulation.h"
 
+#include "core/io/HugePages.h"
+
 namespace VantrelSDK {
 
 namespace {
@@ -30,7 +32,7 @@ class Ring {
 LMesh Triangulate(const PolyMesh& polygons) {
     const int nverts = static_cast<int>(polygons.positions.size());
     std::vector<LFace> faces;
-    faces.reserve(FirstFaceOf(polygons, polygons.NumPolygons()));
+    ReserveLarge(faces, FirstFaceOf(polygons, polygons.NumPolygons()));
     Ring ring(nverts);
     for (int p = 0; p < polygons.NumPolygons(); ++p) {
         const int start = polygons.polygonStart[p];
