@@ -104,6 +104,7 @@ bool LMeshObject::Update(const LPoint3* newBase, const LSubdivMesh* delta, int n
     geom_->RebuildLevels(owner_ ? owner_->lthGrp() : nullptr);
     while (delta && geom_->GetNumSubivLevels() < count && geom_->SubdivideLike(*delta, true))
         if (progress) progress->SetProgress(0.8f * geom_->GetNumSubivLevels() / count);
+    FollowLevels();
     geom_->SetActiveLevel(std::min(active, geom_->GetNumSubivLevels() - 1));
     if (progress) {
         progress->SetProgress(0.99f);
@@ -345,18 +346,41 @@ void LMeshObject::AfterLevelChange() {
     weights_.Populate();
 }
 
-/// The channels follow the geometry's new top, and everything else the channels.
-bool LMeshObject::AfterSubdivision() {
-    const int top = geom_->GetNumSubivLevels() - 1;
-    const ISubdivLayer& layer = *geom_->GetSubdivs().GetTop();
+/// Channels and caches get the levels of the geometry. False when a channel can't follow.
+bool LMeshObject::FollowLevels() {
+    const LSubdivCollection& levels = geom_->GetSubdivs();
+    const int count = levels.GetNumLayers();
+    while (topocaches_->GetSize() >= count) topocaches_->DelTop();
+    for (int level = topocaches_->GetSize() + 1; level < count; ++level)
+        topocaches_->AddTop(MakeTopoCache(*levels.GetLayer(level)));
     for (const auto& channel : uvs_) {
-        while (channel->GetNumSubdivLevels() > top) channel->DeleteTopLevel();
-        if (channel->GetNumSubdivLevels() < top || channel->IsEmpty()) continue;
-        const bool done = layer.GetType() == 1
-                              ? channel->SubdivideAll_Quad(*geom_->GetLevelTopology(top - 1), true)
-                              : channel->SubdivideAll_Loop(true);
-        if (done) continue;
-        geom_->DeleteTopLevel();
+        while (channel->GetNumSubdivLevels() > count) channel->DeleteTopLevel();
+        for (int level = channel->GetNumSubdivLevels(); level < count && !channel->IsEmpty();
+             ++level) {
+            const bool quad = levels.GetLayer(level)->GetType() == 1;
+            if (!(quad ? channel->SubdivideAll_Quad(*geom_->LevelTables(level - 1), true)
+                       : channel->SubdivideAll_Loop(true)))
+                return false;
+        }
+    }
+    return true;
+}
+
+/// The tables of a quad level that is there; nothing for a triangle level.
+std::unique_ptr<ILTopoCache> LMeshObject::MakeTopoCache(const ISubdivLayer& layer) const {
+    if (layer.GetType() != 1) return nullptr;
+    const auto& quads = static_cast<const EntireQuadSubdivLayer&>(layer);
+    auto cache = std::make_unique<LQuadLevelTopoCache>(layer.index(), layer.rule()->smooth,
+                                                       layer.rule()->protectOpen);
+    cache->SetStep({quads.coupling(), quads.topology(), quads.rule()});
+    cache->SetBarys(geom_->GetBarys());
+    return cache;
+}
+
+/// Everything follows the geometry's new top; where that fails the level goes again.
+bool LMeshObject::AfterSubdivision() {
+    if (!FollowLevels()) {
+        DeleteTopLevelSudiv(true);
         return false;
     }
     UpdateBases();
@@ -367,26 +391,18 @@ bool LMeshObject::AfterSubdivision() {
 bool LMeshObject::SubdivideAll_Loop(bool smoothGeom, bool protectOpen) {
     if (!geom_) return false;
     if (!geom_->NeedBarys()) geom_->SetNeedBarys(true);
-    if (!geom_->SubdivideAll_Loop(smoothGeom, protectOpen)) return false;
-    topocaches_->AddTop(nullptr);
-    return AfterSubdivision();
+    return geom_->SubdivideAll_Loop(smoothGeom, protectOpen) && AfterSubdivision();
 }
 
 bool LMeshObject::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smoothGeom,
                                     bool protectOpen) {
-    if (!geom_ || !geom_->SubdivideAll_Loop(topo, smoothGeom, protectOpen)) return false;
-    topocaches_->AddTop(nullptr);
-    return AfterSubdivision();
+    return geom_ && geom_->SubdivideAll_Loop(topo, smoothGeom, protectOpen) && AfterSubdivision();
 }
 
 bool LMeshObject::SubdivideAll_Quad(bool smoothGeom, bool protectOpen) {
     if (!geom_) return false;
     if (!geom_->NeedBarys()) geom_->SetNeedBarys(true);
-    auto cache =
-        std::make_unique<LQuadLevelTopoCache>(geom_->GetNumSubivLevels(), smoothGeom, protectOpen);
-    if (!geom_->SubdivideAll_Quad2(smoothGeom, protectOpen, cache.get())) return false;
-    topocaches_->AddTop(std::move(cache));
-    return AfterSubdivision();
+    return geom_->SubdivideAll_Quad(smoothGeom, protectOpen) && AfterSubdivision();
 }
 
 bool LMeshObject::RebuildTopoCaches(int numLevels) {
@@ -434,10 +450,7 @@ void LMeshObject::UpdateBases() {
 
 bool LMeshObject::DeleteTopLevelSudiv(bool keepArrays) {
     if (!geom_ || !geom_->DeleteTopLevel()) return false;
-    for (const auto& channel : uvs_)
-        while (channel->GetNumSubdivLevels() > geom_->GetNumSubivLevels())
-            channel->DeleteTopLevel();
-    topocaches_->DelTop();
+    FollowLevels();
     if (!keepArrays) {
         const size_t levels = geom_->GetNumSubivLevels();
         const auto drop = [&](auto& arrays) {
