@@ -356,7 +356,7 @@ bool LMeshObject::AfterSubdivision() {
                               ? channel->SubdivideAll_Quad(*geom_->GetLevelTopology(top - 1), true)
                               : channel->SubdivideAll_Loop(true);
         if (done) continue;
-        geom_->DeleteTopLevel();
+        DeleteTopLevelSudiv(true);
         return false;
     }
     UpdateBases();
