@@ -11,6 +11,7 @@
 
 namespace VantrelSDK {
 
+class LMeshBasesUV2;
 class LNode;
 
 /// What one stroke changed: the values that its vertices had before it.
@@ -48,8 +49,6 @@ class UndoStack {
 /// of the active level, and details on it, which are held in the frames of the surface that they
 /// lie on: they stay in place when that moves and turn with it (the object's active UV channel
 /// gives the frames; without one details stay in object space). Where nothing moved the bits stay.
-class LMeshBasesUV2;
-
 class LMorphDelta {
   public:
     /// All zero, with the topology of `geom`. `owner` is borrowed and may be null.
