@@ -105,6 +105,7 @@ bool LMeshObject::Update(const LPoint3* newBase, const LSubdivMesh* delta, int n
     while (delta && geom_->GetNumSubivLevels() < count && geom_->SubdivideLike(*delta, true))
         if (progress) progress->SetProgress(0.8f * geom_->GetNumSubivLevels() / count);
     geom_->SetActiveLevel(std::min(active, geom_->GetNumSubivLevels() - 1));
+    FollowLevels();
     if (progress) {
         progress->SetProgress(0.99f);
         progress->Hide();
@@ -345,17 +346,47 @@ void LMeshObject::AfterLevelChange() {
     weights_.Populate();
 }
 
-/// The channels follow the geometry's new top, and everything else the channels.
+namespace {
+
+/// The cache of the step to a level that is there; null for a triangle level.
+std::unique_ptr<ILTopoCache> CacheOf(const ISubdivLayer& layer) {
+    if (layer.GetType() != 1) return nullptr;
+    const auto& quads = static_cast<const EntireQuadSubdivLayer&>(layer);
+    const LLevelRule& rule = *layer.rule();
+    auto cache =
+        std::make_unique<LQuadLevelTopoCache>(layer.index(), rule.smooth, rule.protectOpen);
+    cache->SetStep({quads.coupling(), layer.topology(), layer.rule()});
+    return cache;
+}
+
+}  // namespace
+
+/// Gives the channel the levels of the geometry. False without memory.
+bool LMeshObject::FollowLevels(LUVSubdivChannel& channel) const {
+    const int levels = geom_->GetNumSubivLevels();
+    while (channel.GetNumSubdivLevels() > levels) channel.DeleteTopLevel();
+    for (int level = channel.GetNumSubdivLevels(); level < levels && !channel.IsEmpty(); ++level) {
+        const bool quad = geom_->GetSubdivs().GetLayer(level)->GetType() == 1;
+        if (!(quad ? channel.SubdivideAll_Quad(*geom_->GetLevelTopology(level - 1), true)
+                   : channel.SubdivideAll_Loop(true)))
+            return false;
+    }
+    channel._GetSubdivs().Activate(ActiveLevel());
+    return true;
+}
+
+/// Caches and channels follow the geometry's levels. False without memory.
+bool LMeshObject::FollowLevels() {
+    while (topocaches_->GetSize() >= geom_->GetNumSubivLevels()) topocaches_->DelTop();
+    while (topocaches_->GetSize() + 1 < geom_->GetNumSubivLevels())
+        topocaches_->AddTop(CacheOf(*geom_->GetSubdivs().GetLayer(topocaches_->GetSize() + 1)));
+    return std::all_of(uvs_.begin(), uvs_.end(),
+                       [this](const auto& channel) { return FollowLevels(*channel); });
+}
+
+/// Everything else follows the geometry's new top; without memory for that it goes again.
 bool LMeshObject::AfterSubdivision() {
-    const int top = geom_->GetNumSubivLevels() - 1;
-    const ISubdivLayer& layer = *geom_->GetSubdivs().GetTop();
-    for (const auto& channel : uvs_) {
-        while (channel->GetNumSubdivLevels() > top) channel->DeleteTopLevel();
-        if (channel->GetNumSubdivLevels() < top || channel->IsEmpty()) continue;
-        const bool done = layer.GetType() == 1
-                              ? channel->SubdivideAll_Quad(*geom_->GetLevelTopology(top - 1), true)
-                              : channel->SubdivideAll_Loop(true);
-        if (done) continue;
+    if (!FollowLevels()) {
         DeleteTopLevelSudiv(true);
         return false;
     }
@@ -367,16 +398,12 @@ bool LMeshObject::AfterSubdivision() {
 bool LMeshObject::SubdivideAll_Loop(bool smoothGeom, bool protectOpen) {
     if (!geom_) return false;
     if (!geom_->NeedBarys()) geom_->SetNeedBarys(true);
-    if (!geom_->SubdivideAll_Loop(smoothGeom, protectOpen)) return false;
-    topocaches_->AddTop(nullptr);
-    return AfterSubdivision();
+    return geom_->SubdivideAll_Loop(smoothGeom, protectOpen) && AfterSubdivision();
 }
 
 bool LMeshObject::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smoothGeom,
                                     bool protectOpen) {
-    if (!geom_ || !geom_->SubdivideAll_Loop(topo, smoothGeom, protectOpen)) return false;
-    topocaches_->AddTop(nullptr);
-    return AfterSubdivision();
+    return geom_ && geom_->SubdivideAll_Loop(topo, smoothGeom, protectOpen) && AfterSubdivision();
 }
 
 bool LMeshObject::SubdivideAll_Quad(bool smoothGeom, bool protectOpen) {
@@ -407,6 +434,7 @@ LUVSubdivChannel* LMeshObject::GetUVChannel(int i) const {
 }
 
 void LMeshObject::AddChannel(std::unique_ptr<LUVSubdivChannel> channel) {
+    if (geom_ && !FollowLevels(*channel)) return;
     uvs_.push_back(std::move(channel));
     UpdateBases();
 }
@@ -434,10 +462,7 @@ void LMeshObject::UpdateBases() {
 
 bool LMeshObject::DeleteTopLevelSudiv(bool keepArrays) {
     if (!geom_ || !geom_->DeleteTopLevel()) return false;
-    for (const auto& channel : uvs_)
-        while (channel->GetNumSubdivLevels() > geom_->GetNumSubivLevels())
-            channel->DeleteTopLevel();
-    topocaches_->DelTop();
+    FollowLevels();
     if (!keepArrays) {
         const size_t levels = geom_->GetNumSubivLevels();
         const auto drop = [&](auto& arrays) {

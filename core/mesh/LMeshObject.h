@@ -111,6 +111,7 @@ class LMeshObject {
     /// out of range.
     int GetNumUVChannels() const { return static_cast<int>(uvs_.size()); }
     LUVSubdivChannel* GetUVChannel(int i) const;
+    /// Gives the channel the levels that there are. Without memory for them it isn't taken.
     void AddChannel(std::unique_ptr<LUVSubdivChannel> channel);
     void ClearUVChannels();
     /// The channel that the node's frames come from; null without one.
@@ -175,6 +176,8 @@ class LMeshObject {
     void ForEachSubFace(int face, Visit visit) const;
     void SpreadSelection(uint8_t state);
     void AfterLevelChange();
+    bool FollowLevels(LUVSubdivChannel& channel) const;
+    bool FollowLevels();
     bool AfterSubdivision();
     void calcFaceNormals(bool selectedOnly, bool weightedOnly);
     void calcVertNormals(bool selectedOnly, bool weightedOnly);

@@ -151,6 +151,14 @@ TEST(UVSubdivChannel, FacesWithoutPointsStayWithout) {
         }
         EXPECT_GE(missing, 4) << "frames see that there is nothing";
     }
+    // A mesh that is written has no points there at all.
+    const auto node = OpenNode(cube);
+    node->SubdivideAll_Quad();
+    PolyMesh result;
+    std::string error;
+    ASSERT_TRUE(node->GetResult(cube, 1, result, error));
+    EXPECT_EQ(std::count(result.cornerUVs.begin(), result.cornerUVs.end(), -1), 4 * 4);
+    EXPECT_EQ(std::count(result.cornerUVs.begin() + 32, result.cornerUVs.begin() + 48, -1), 16);
 }
 
 TEST(UVSubdivChannel, InitTellsWhatIsWrong) {
@@ -180,28 +188,43 @@ TEST(UVSubdivChannel, InitTellsWhatIsWrong) {
 
 TEST(UVSubdivChannel, LevelsComeAndGoWithThoseOfTheObject) {
     const auto node = OpenNode(shapes::Torus(6, 5));
-    const LUVSubdivChannel& uvs = *node->lobject()->GetUVChannel(0);
+    LMeshObject& object = *node->lobject();
+    const LUVSubdivChannel& uvs = *object.GetUVChannel(0);
+    const auto same = [](const LUVSubdivChannel& a, const LUVSubdivChannel& b) {
+        const auto faces = [](const LUVSubdivChannel& channel) {
+            std::vector<int> corners;
+            for (const auto& face : channel.LevelFaces(channel.GetNumSubdivLevels() - 1))
+                corners.insert(corners.end(), face.v, face.v + 3);
+            return corners;
+        };
+        return std::ranges::equal(a.AllVerts(), b.AllVerts()) && faces(a) == faces(b);
+    };
+    const LUVSubdivChannel base(uvs);
     ASSERT_TRUE(node->SubdivideAll_Quad());
     ASSERT_TRUE(node->SubdivideAll_Loop());
-    const LUVSubdivChannel before(uvs);
+    const LUVSubdivChannel two(uvs);
     ASSERT_TRUE(node->SubdivideAll_Quad());
     EXPECT_EQ(uvs.GetNumSubdivLevels(), 4);
     EXPECT_EQ(uvs.GetSubdivs().GetActiveIndex(), 3);
     EXPECT_EQ(uvs.GetSubdivs().GetLayer(2)->GetType(), 0);
-    EXPECT_EQ(node->lobject()->GetTopoCaches().GetSize(), 3);
     // From the cache of the geometry's step comes the same level.
-    LUVSubdivChannel redone(before);
+    LUVSubdivChannel redone(two);
     ASSERT_TRUE(redone.RedivideAll_Quad(
-        static_cast<LQuadLevelTopoCache*>(node->lobject()->GetTopoCaches().GetTop()), true));
-    for (int f = 0; f < uvs.GetNumFaces(); ++f)
-        for (int k = 0; k < 3; ++k) EXPECT_EQ(uvs.GetFace(f).v[k], redone.GetFace(f).v[k]);
-    EXPECT_TRUE(std::ranges::equal(uvs.AllVerts(), redone.AllVerts()));
+        static_cast<LQuadLevelTopoCache*>(object.GetTopoCaches().GetTop()), true));
+    EXPECT_TRUE(same(redone, uvs));
     ASSERT_TRUE(node->SetActiveSubdivLevel(1));
-    EXPECT_EQ(uvs.GetNumFaces(), node->lobject()->GetNumFaces());
+    EXPECT_EQ(uvs.GetNumFaces(), object.GetNumFaces());
     ASSERT_TRUE(node->DeleteTopLevelSudiv());
-    EXPECT_TRUE(std::ranges::equal(uvs.AllVerts(), before.AllVerts()));
-    EXPECT_TRUE(uvs.LevelFaces(3).empty());
-    EXPECT_EQ(uvs.GetTopLevelCopy()->nfaces(), node->lobject()->GetOrigGeom()->GetNumLevelFaces(2));
-    EXPECT_EQ(node->lobject()->GetTopoCaches().GetSize(), 2);
+    EXPECT_TRUE(same(uvs, two));
+    // An object that goes down to its base and takes the levels of a delta has them all again, and
+    // so has a channel that comes late.
+    ASSERT_TRUE(object.Update(nullptr, nullptr, 0));
+    EXPECT_TRUE(same(uvs, base));
+    EXPECT_EQ(object.GetTopoCaches().GetSize(), 0);
+    ASSERT_TRUE(object.Update(nullptr, node->GetDelta()->GetOrigMesh(), -1));
+    EXPECT_TRUE(same(uvs, two));
+    EXPECT_EQ(object.GetTopoCaches().GetSize(), 2);
+    object.AddChannel(std::make_unique<LUVSubdivChannel>(base));
+    EXPECT_TRUE(same(*object.GetUVChannel(1), two));
     EXPECT_FALSE(OpenNode(shapes::Sphere(1))->lobject()->GetActiveUVChannel());
 }
