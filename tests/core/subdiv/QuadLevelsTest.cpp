@@ -275,7 +275,9 @@ TEST(QuadLevels, RebuiltFromOtherPositionsTheyAreThoseMadeAnew) {
 }
 
 RC_GTEST_PROP(QuadLevels, BarycentricsHoldTheParametricPlace, ()) {
-    const std::vector<shapes::Shape> all = ShapesWithFaces();
+    // Triangles that lie on each other can pair up against their winding: their quads are twisted.
+    std::vector<shapes::Shape> all = ShapesWithFaces();
+    std::erase_if(all, [](const auto& shape) { return shape.tags & shapes::Degenerate; });
     const shapes::Shape& shape = all[*rc::gen::inRange<size_t>(0, all.size())];
     LSubdivMesh mesh(Triangulate(Shaken(shape.mesh)));
     mesh.SetNeedBarys(true);
