@@ -151,14 +151,46 @@ TEST(UVSubdivChannel, FacesWithoutPointsStayWithout) {
         }
         EXPECT_GE(missing, 4) << "frames see that there is nothing";
     }
+    // Of a triangle without its last point only the middle of the edge before can be made.
+    LUVSubdivChannel part;
+    std::string error;
+    ASSERT_TRUE(part.Init({{1, 1}, {3, 1}}, {{{0, 1, -1}}}, 1, error));
+    ASSERT_TRUE(part.SubdivideAll_Quad(*Triangulate(shapes::Polygon(3)).Topology(), true));
+    const std::vector<LPoint2> made = {{1, 1}, {3, 1}, {2, 1}, {}, {}, {}};
+    EXPECT_TRUE(std::ranges::equal(part.AllVerts(), made));
     // A mesh that is written has no points there at all.
     const auto node = OpenNode(cube);
     node->SubdivideAll_Quad();
     PolyMesh result;
-    std::string error;
     ASSERT_TRUE(node->GetResult(cube, 1, result, error));
     EXPECT_EQ(std::count(result.cornerUVs.begin(), result.cornerUVs.end(), -1), 4 * 4);
     EXPECT_EQ(std::count(result.cornerUVs.begin() + 32, result.cornerUVs.begin() + 48, -1), 16);
+}
+
+TEST(UVSubdivChannel, WrittenQuadsLieInTheirPolygonWithTheirUVs) {
+    const PolyMesh grid = WithFlatUVs(shapes::Grid(4, 2));
+    const auto node = OpenNode(grid);
+    node->settings().doSmoothGeomSubdivs = false;
+    node->SubdivideAll_Quad();
+    node->SubdivideAll_Quad();
+    PolyMesh result;
+    std::string error;
+    ASSERT_TRUE(node->GetResult(grid, 2, result, error)) << error;
+    ASSERT_EQ(result.NumPolygons(), 8 * 16);
+    for (int p = 0; p < result.NumPolygons(); ++p) {
+        const int* v = &result.cornerVerts[4 * p];
+        const auto at = [&](int k) { return result.positions[v[k % 4]]; };
+        const LPoint3 area = (at(2) - at(0)) ^ (at(3) - at(1));
+        EXPECT_NEAR(area.z, 2.0f / (8 * 16), 1e-6f) << "all of the same size and winding";
+        const int* base = &grid.cornerVerts[4 * (p / 16)];
+        const LPoint3 low = grid.positions[base[0]], high = grid.positions[base[2]];
+        for (int k = 0; k < 4; ++k) {
+            EXPECT_TRUE(at(k).x >= low.x && at(k).x <= high.x && at(k).y >= low.y &&
+                        at(k).y <= high.y);
+            const LPoint2 uv = result.uvs[result.cornerUVs[4 * p + k]];
+            EXPECT_TRUE(uv.Equals({at(k).x, at(k).y}, 1e-6f));
+        }
+    }
 }
 
 TEST(UVSubdivChannel, InitTellsWhatIsWrong) {
