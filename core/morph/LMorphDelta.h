@@ -119,7 +119,8 @@ class LMorphDelta {
     /// Keeps a copy of all levels, in tangent space when bases are given, so that it can be read
     /// back in the frames of another pose.
     void MakeBackup(LMeshBasesUV2* bases);
-    /// Reads the copy back, through the bases as they are now, and drops it. False without one.
+    /// Reads the copy back, through the bases as they are now, and drops it; its upper levels have
+    /// followed already. False without one.
     bool RestoreBackup(LMeshBasesUV2* bases);
     /// The delta changed since the backup, or none applies.
     void SetBackupDirty(bool dirty) { backupDirty_ = dirty; }

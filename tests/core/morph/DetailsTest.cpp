@@ -185,6 +185,14 @@ TEST_P(Details, ABackupRidesOnAnotherPose) {
     ASSERT_TRUE(delta.RestoreBackup(nullptr));
     EXPECT_TRUE(SameBits(Deltas(*node), start));
     EXPECT_FALSE(delta.GetBackup());
+    // What was sculpted in between is gone on all levels.
+    ASSERT_TRUE(node->SetActiveSubdivLevel(kCoarse));
+    delta.MakeBackup(nullptr);
+    Stroke(*node, {.mode = 0, .pos = Surface(*node)[3]}, {LPoint3(0.2f, 0.1f, 0)});
+    ASSERT_TRUE(delta.RestoreBackup(nullptr));
+    delta.SetDetailsDirty(true);
+    ASSERT_TRUE(node->SetActiveSubdivLevel(kTop));
+    EXPECT_TRUE(SameBits(Deltas(*node), start));
 
     LMatrix3 turn;
     turn.SetRotation(Normalized(LPoint3(3, 1, -2)), 1.2f);
