@@ -189,6 +189,7 @@ TEST_P(Details, ABackupRidesOnAnotherPose) {
     ASSERT_TRUE(node->SetActiveSubdivLevel(kCoarse));
     delta.MakeBackup(nullptr);
     Stroke(*node, {.mode = 0, .pos = Surface(*node)[3]}, {LPoint3(0.2f, 0.1f, 0)});
+    node->UpdateSubdivLevels();
     ASSERT_TRUE(delta.RestoreBackup(nullptr));
     delta.SetDetailsDirty(true);
     ASSERT_TRUE(node->SetActiveSubdivLevel(kTop));
