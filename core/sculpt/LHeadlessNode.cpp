@@ -126,7 +126,8 @@ void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, 
         subs.clear();
         for (int f = FirstFaceOf(source, p); f < FirstFaceOf(source, p + 1); ++f)
             geom.FindSubFaces(f, subs, geom.GetSubdivs().GetLayer(level));
-        for (const int sub : subs) polygons.Take(sub, HasUVs(source, p));
+        const bool withUVs = HasUVs(source, p);
+        for (const int sub : subs) polygons.Take(sub, withUVs);
     }
     takeStatements(source.NumPolygons());
 }
