@@ -346,45 +346,40 @@ void LMeshObject::AfterLevelChange() {
     weights_.Populate();
 }
 
-namespace {
-
-/// The cache of the step to a level that is there; null for a triangle level.
-std::unique_ptr<ILTopoCache> CacheOf(const ISubdivLayer& layer) {
-    if (layer.GetType() != 1) return nullptr;
-    const auto& quads = static_cast<const EntireQuadSubdivLayer&>(layer);
-    const LLevelRule& rule = *layer.rule();
-    auto cache =
-        std::make_unique<LQuadLevelTopoCache>(layer.index(), rule.smooth, rule.protectOpen);
-    cache->SetStep({quads.coupling(), layer.topology(), layer.rule()});
-    return cache;
-}
-
-}  // namespace
-
-/// Gives the channel the levels of the geometry. False without memory.
-bool LMeshObject::FollowLevels(LUVSubdivChannel& channel) const {
-    const int levels = geom_->GetNumSubivLevels();
-    while (channel.GetNumSubdivLevels() > levels) channel.DeleteTopLevel();
-    for (int level = channel.GetNumSubdivLevels(); level < levels && !channel.IsEmpty(); ++level) {
-        const bool quad = geom_->GetSubdivs().GetLayer(level)->GetType() == 1;
-        if (!(quad ? channel.SubdivideAll_Quad(*geom_->GetLevelTopology(level - 1), true)
-                   : channel.SubdivideAll_Loop(true)))
-            return false;
+/// Channels and caches get the levels of the geometry. False when a channel can't follow.
+bool LMeshObject::FollowLevels() {
+    const LSubdivCollection& levels = geom_->GetSubdivs();
+    const int count = levels.GetNumLayers();
+    while (topocaches_->GetSize() >= count) topocaches_->DelTop();
+    for (int level = topocaches_->GetSize() + 1; level < count; ++level)
+        topocaches_->AddTop(MakeTopoCache(*levels.GetLayer(level)));
+    for (const auto& channel : uvs_) {
+        while (channel->GetNumSubdivLevels() > count) channel->DeleteTopLevel();
+        for (int level = channel->GetNumSubdivLevels(); level < count && !channel->IsEmpty();
+             ++level) {
+            const bool quad = levels.GetLayer(level)->GetType() == 1;
+            if (!(quad ? channel->SubdivideAll_Quad(*geom_->LevelTables(level - 1), true)
+                       : channel->SubdivideAll_Loop(true)))
+                return false;
+        }
+        channel->_GetSubdivs().Activate(ActiveLevel());
     }
-    channel._GetSubdivs().Activate(ActiveLevel());
     return true;
 }
 
-/// Caches and channels follow the geometry's levels. False without memory.
-bool LMeshObject::FollowLevels() {
-    while (topocaches_->GetSize() >= geom_->GetNumSubivLevels()) topocaches_->DelTop();
-    while (topocaches_->GetSize() + 1 < geom_->GetNumSubivLevels())
-        topocaches_->AddTop(CacheOf(*geom_->GetSubdivs().GetLayer(topocaches_->GetSize() + 1)));
-    return std::all_of(uvs_.begin(), uvs_.end(),
-                       [this](const auto& channel) { return FollowLevels(*channel); });
+/// The tables of a quad level that is there; nothing for a triangle level.
+std::unique_ptr<ILTopoCache> LMeshObject::MakeTopoCache(const ISubdivLayer& layer) const {
+    if (layer.GetType() != 1) return nullptr;
+    const auto& quads = static_cast<const EntireQuadSubdivLayer&>(layer);
+    auto cache = std::make_unique<LQuadLevelTopoCache>(layer.index(), layer.rule()->smooth,
+                                                       layer.rule()->protectOpen);
+    cache->SetStep({quads.coupling(), quads.topology(), quads.rule()});
+    // Those of a level below are only a part of what there is.
+    if (!layer.next()) cache->SetBarys(geom_->GetBarys());
+    return cache;
 }
 
-/// Everything else follows the geometry's new top; without memory for that it goes again.
+/// Everything follows the geometry's new top; where that fails the level goes again.
 bool LMeshObject::AfterSubdivision() {
     if (!FollowLevels()) {
         DeleteTopLevelSudiv(true);
@@ -409,11 +404,7 @@ bool LMeshObject::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smoothGeo
 bool LMeshObject::SubdivideAll_Quad(bool smoothGeom, bool protectOpen) {
     if (!geom_) return false;
     if (!geom_->NeedBarys()) geom_->SetNeedBarys(true);
-    auto cache =
-        std::make_unique<LQuadLevelTopoCache>(geom_->GetNumSubivLevels(), smoothGeom, protectOpen);
-    if (!geom_->SubdivideAll_Quad2(smoothGeom, protectOpen, cache.get())) return false;
-    topocaches_->AddTop(std::move(cache));
-    return AfterSubdivision();
+    return geom_->SubdivideAll_Quad(smoothGeom, protectOpen) && AfterSubdivision();
 }
 
 bool LMeshObject::RebuildTopoCaches(int numLevels) {
@@ -434,8 +425,8 @@ LUVSubdivChannel* LMeshObject::GetUVChannel(int i) const {
 }
 
 void LMeshObject::AddChannel(std::unique_ptr<LUVSubdivChannel> channel) {
-    if (geom_ && !FollowLevels(*channel)) return;
     uvs_.push_back(std::move(channel));
+    if (geom_ && !FollowLevels()) uvs_.pop_back();
     UpdateBases();
 }
 

@@ -11,6 +11,7 @@
 
 namespace VantrelSDK {
 
+class ILTopoCache;
 class LMeshBasesUV2;
 class LNode;
 class LTopoCaches;
@@ -102,7 +103,7 @@ class LMeshObject {
     /// as it is), each by the rule that it was made with. The levels become those of `delta` (null:
     /// those there are), or `numLevels` above the base when that is not -1. False without geometry.
     bool Update(const LPoint3* newBase, const LSubdivMesh* delta, int numLevels);
-    /// One per level above 0, for as many levels as were added here; see RebuildTopoCaches.
+    /// One per level above 0, null for a triangle level.
     const LTopoCaches& GetTopoCaches() const { return *topocaches_; }
     /// Makes the caches of `numLevels` - 1 smooth quad levels over the base, on a scratch mesh.
     bool RebuildTopoCaches(int numLevels);
@@ -176,8 +177,8 @@ class LMeshObject {
     void ForEachSubFace(int face, Visit visit) const;
     void SpreadSelection(uint8_t state);
     void AfterLevelChange();
-    bool FollowLevels(LUVSubdivChannel& channel) const;
     bool FollowLevels();
+    std::unique_ptr<ILTopoCache> MakeTopoCache(const ISubdivLayer& layer) const;
     bool AfterSubdivision();
     void calcFaceNormals(bool selectedOnly, bool weightedOnly);
     void calcVertNormals(bool selectedOnly, bool weightedOnly);
