@@ -104,8 +104,8 @@ bool LMeshObject::Update(const LPoint3* newBase, const LSubdivMesh* delta, int n
     geom_->RebuildLevels(owner_ ? owner_->lthGrp() : nullptr);
     while (delta && geom_->GetNumSubivLevels() < count && geom_->SubdivideLike(*delta, true))
         if (progress) progress->SetProgress(0.8f * geom_->GetNumSubivLevels() / count);
-    FollowLevels();
     geom_->SetActiveLevel(std::min(active, geom_->GetNumSubivLevels() - 1));
+    FollowLevels();
     if (progress) {
         progress->SetProgress(0.99f);
         progress->Hide();
@@ -362,6 +362,7 @@ bool LMeshObject::FollowLevels() {
                        : channel->SubdivideAll_Loop(true)))
                 return false;
         }
+        channel->_GetSubdivs().Activate(ActiveLevel());
     }
     return true;
 }
@@ -373,7 +374,8 @@ std::unique_ptr<ILTopoCache> LMeshObject::MakeTopoCache(const ISubdivLayer& laye
     auto cache = std::make_unique<LQuadLevelTopoCache>(layer.index(), layer.rule()->smooth,
                                                        layer.rule()->protectOpen);
     cache->SetStep({quads.coupling(), quads.topology(), quads.rule()});
-    cache->SetBarys(geom_->GetBarys());
+    // Those of a level below are only a part of what there is.
+    if (!layer.next()) cache->SetBarys(geom_->GetBarys());
     return cache;
 }
 
@@ -424,6 +426,7 @@ LUVSubdivChannel* LMeshObject::GetUVChannel(int i) const {
 
 void LMeshObject::AddChannel(std::unique_ptr<LUVSubdivChannel> channel) {
     uvs_.push_back(std::move(channel));
+    if (geom_ && !FollowLevels()) uvs_.pop_back();
     UpdateBases();
 }
 

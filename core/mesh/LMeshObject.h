@@ -112,6 +112,7 @@ class LMeshObject {
     /// out of range.
     int GetNumUVChannels() const { return static_cast<int>(uvs_.size()); }
     LUVSubdivChannel* GetUVChannel(int i) const;
+    /// Gives the channel the levels that there are. Without memory for them it isn't taken.
     void AddChannel(std::unique_ptr<LUVSubdivChannel> channel);
     void ClearUVChannels();
     /// The channel that the node's frames come from; null without one.

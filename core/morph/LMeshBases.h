@@ -37,8 +37,9 @@ class LMeshBases : public LSubdivMesh {
 };
 
 /// The right-handed frame of a corner from the surface and its UVs: N the vertex normal, larger
-/// faces weighing more, B across and T along the direction in which u grows on the face, made
-/// perpendicular to N. All have length 1, so that a vector keeps its length.
+/// faces weighing more; T along the direction in which u grows on the face, made perpendicular to
+/// N, or against it where the UVs are mirrored; B across both. All have length 1, so that a vector
+/// keeps its length.
 ///
 /// `at(v)` gives the position of vertex v; `around` are the faces around the corner's vertex.
 /// Degenerated when the face has two corners at one place (or within 1e-5, the far ones within

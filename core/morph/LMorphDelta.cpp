@@ -260,6 +260,7 @@ bool LMorphDelta::RestoreBackup(LMeshBasesUV2* bases) {
     mesh_->CopyFrom(backup_.get());
     backup_.reset();
     backupDirty_ = false;
+    CacheDetails(false);
     return true;
 }
 

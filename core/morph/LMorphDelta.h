@@ -12,6 +12,7 @@
 
 namespace VantrelSDK {
 
+class LMeshBasesUV2;
 class LNode;
 
 /// What one stroke changed: the values that its vertices had before it.
@@ -49,8 +50,6 @@ class UndoStack {
 /// of the active level, and details on it, which are held in the frames of the surface that they
 /// lie on: they stay in place when that moves and turn with it (the object's active UV channel
 /// gives the frames; without one details stay in object space). Where nothing moved the bits stay.
-class LMeshBasesUV2;
-
 class LMorphDelta {
   public:
     /// All zero, with the topology of `geom`. `owner` is borrowed and may be null.
@@ -123,7 +122,8 @@ class LMorphDelta {
     /// Keeps a copy of all levels, in tangent space when bases are given, so that it can be read
     /// back in the frames of another pose.
     void MakeBackup(LMeshBasesUV2* bases);
-    /// Reads the copy back, through the bases as they are now, and drops it. False without one.
+    /// Reads the copy back, through the bases as they are now, and drops it; its upper levels have
+    /// followed already. False without one.
     bool RestoreBackup(LMeshBasesUV2* bases);
     /// The delta changed since the backup, or none applies.
     void SetBackupDirty(bool dirty) { backupDirty_ = dirty; }

@@ -74,8 +74,9 @@ class LevelPolygons {
         if (!uvs_.empty()) result.cornerUVs.reserve(corners);
     }
 
-    /// The polygon that face f of the level belongs to, once.
-    void Take(int f) {
+    /// The polygon that face f of the level belongs to, once; with its UVs when `withUVs`.
+    void Take(int f, bool withUVs) {
+        withUVs_ = withUVs;
         if (layer_.GetType() != 1) {
             AddCorners(f, 0, 3);
         } else {
@@ -92,7 +93,7 @@ class LevelPolygons {
             list.insert(list.end(), v + from, v + to);
         };
         add(result_.cornerVerts, faces_[f].v);
-        if (!uvs_.empty()) add(result_.cornerUVs, uvs_[f].v);
+        if (!uvs_.empty()) add(result_.cornerUVs, withUVs_ ? uvs_[f].v : LUVChannel::MFace().v);
     }
 
     const ISubdivLayer& layer_;
@@ -100,7 +101,16 @@ class LevelPolygons {
     std::span<const LUVChannel::MFace> uvs_;
     PolyMesh& result_;
     std::vector<uint8_t> taken_;
+    bool withUVs_ = true;
 };
+
+/// Every corner of polygon p has a UV.
+bool HasUVs(const PolyMesh& mesh, int p) {
+    if (mesh.cornerUVs.empty()) return false;
+    const auto corner = mesh.cornerUVs.begin();
+    return std::find(corner + mesh.polygonStart[p], corner + mesh.polygonStart[p + 1], -1) ==
+           corner + mesh.polygonStart[p + 1];
+}
 
 void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, PolyMesh& result) {
     const LSubdivMesh& geom = *object.GetOrigGeom();
@@ -116,7 +126,8 @@ void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, 
         subs.clear();
         for (int f = FirstFaceOf(source, p); f < FirstFaceOf(source, p + 1); ++f)
             geom.FindSubFaces(f, subs, geom.GetSubdivs().GetLayer(level));
-        for (const int sub : subs) polygons.Take(sub);
+        const bool withUVs = HasUVs(source, p);
+        for (const int sub : subs) polygons.Take(sub, withUVs);
     }
     takeStatements(source.NumPolygons());
 }

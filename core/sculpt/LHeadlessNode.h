@@ -22,10 +22,10 @@ class LHeadlessNode : public LNode {
     bool Load(const PolyMesh& mesh, std::string& error);
 
     /// What was sculpted, at a level: object plus delta. At level 0 the polygons of `source` (what
-    /// was loaded), above it quads where the
-    /// level is made of quads, else triangles, with the UVs of the level and the groups and
-    /// materials of the polygons that they lie in. Levels above the active one have followed.
-    /// False, with the reason, when a position has left the range of numbers.
+    /// was loaded), above it quads where the level is made of quads, else triangles, with the UVs
+    /// of the level (none in a polygon that lacks one) and the groups and materials of the polygons
+    /// that they lie in. Levels above the active one have followed. False, with the reason, when a
+    /// position has left the range of numbers.
     bool GetResult(const PolyMesh& source, int level, PolyMesh& result, std::string& error);
 
     LNodeSettings& settings() { return settings_; }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -40,9 +39,11 @@ inline std::vector<std::string> TableRow(const std::string& page, const std::str
 /// behind '#'.
 inline std::vector<std::string> LocalLinks(const std::string& page) {
     std::vector<std::string> links;
-    static const std::regex link(R"(\]\(([^)#]+)[^)]*\))");
-    for (std::sregex_iterator it(page.begin(), page.end(), link), end; it != end; ++it)
-        if ((*it)[1].str().find("://") == std::string::npos) links.push_back((*it)[1]);
+    for (size_t at = page.find("]("); at != page.npos; at = page.find("](", at)) {
+        at += 2;
+        const std::string link = page.substr(at, page.find_first_of("#)", at) - at);
+        if (!link.empty() && link.find("://") == link.npos) links.push_back(link);
+    }
     return links;
 }
 

@@ -104,6 +104,25 @@ TEST(Program, WritesLevelsAndStats) {
         EXPECT_EQ(result.statements[1].text, "usemtl skin");
         EXPECT_EQ(result.cornerUVs.size(), result.cornerVerts.size());
     }
+    // Quads of a quad level, with the statements of the polygons that they lie in.
+    std::string quads = Read(log);
+    for (size_t at; (at = quads.find("loop")) != std::string::npos;) quads.replace(at, 4, "quad");
+    folder.Write("log.jsonl", quads);
+    for (const auto& [option, polygons] : {std::pair("", 4), {"--level 0", 1}, {"--level 2", 16}}) {
+        ASSERT_EQ(replay(option).code, 0) << option;
+        PolyMesh result, input;
+        FileError error;
+        ASSERT_TRUE(ReadObj(out, result, error)) << error.Text();
+        ASSERT_EQ(result.NumPolygons(), polygons);
+        for (int p = 0; p <= polygons; ++p) EXPECT_EQ(result.polygonStart[p], 4 * p);
+        EXPECT_EQ(result.cornerUVs.size(), result.cornerVerts.size());
+        ASSERT_TRUE(ReadObj(mesh, input, error));
+        EXPECT_EQ(result.statements, input.statements);
+        if (polygons > 1) continue;
+        EXPECT_NE(result.positions, input.positions);
+        result.positions = input.positions;
+        EXPECT_TRUE(shapes::SameBits(result, input));
+    }
     const Outcome above = replay("--level 3");
     EXPECT_EQ(above.code, 1);
     EXPECT_NE(above.text.find("levels 0 to 2"), std::string::npos) << above.text;
@@ -185,6 +204,16 @@ TEST(Examples, EachGivesTheSameBytesWithAnyNumberOfWorkers) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(kExamples))
         if (entry.path().extension() == ".jsonl") logs.push_back(entry.path());
     ASSERT_GE(logs.size(), 20u) << "one for each mode and the face";
+    // Fine strokes on the second level of quads, which follow coarse ones on the first.
+    const auto strokesOf = [](const std::string& name) {
+        const std::string text = Read(kExamples + "/modes/" + name);
+        return text.substr(text.find('\n') + 1);
+    };
+    const std::string subdivide = "{\"op\":\"subdivide\",\"kind\":\"quad\"}\n";
+    logs.push_back(folder.Write(
+        "quads.jsonl", kHeader + subdivide + subdivide + strokesOf("08_brush_pull.jsonl") +
+                           "{\"op\":\"level\",\"value\":1}\n" + strokesOf("01_rotate.jsonl") +
+                           "{\"op\":\"level\",\"value\":2}\n"));
     for (const std::string& log : logs) {
         std::string first;
         for (const int threads : {1, 2, 8}) {
