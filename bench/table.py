@@ -247,6 +247,20 @@ def levels(runs):
         )
 
 
+def targets(runs):
+    rows = [
+        [f"{verts:,}", f"{percent} %", number(runs.median("BM_SumTargets", (verts, percent), "real_time")),
+         number(runs.median("BM_SumTargets", (verts, percent), "frames"))]
+        for verts, percent in runs.arguments("BM_SumTargets")
+    ]
+    if rows:
+        yield section(
+            "A frame: 50 targets summed at level 0 on one core",
+            "BM_SumTargets",
+            table(["vertices", "moved by each", "µs", "frames a second"], rows),
+        )
+
+
 def machine(runs):
     name = "an unknown processor"
     with open("/proc/cpuinfo", encoding="utf-8") as file:
@@ -334,7 +348,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, tree, obj, opening, levels]
+        makers = [strokes, parts, workers, tree, obj, opening, levels, targets]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

@@ -57,6 +57,8 @@
 #include "core/mesh/int_array.h"
 #include "core/morph/LMeshBases.h"
 #include "core/morph/LMorphDelta.h"
+#include "core/morph/LMorphTarget.h"
+#include "core/morph/SparseOffsets.h"
 #include "core/paint/LPattern.h"
 #include "core/sculpt/BrushMode.h"
 #include "core/sculpt/BrushWeights.h"

@@ -45,6 +45,32 @@ int Main(int argc, const char* const* argv) {
         "with the UVs of that level. OUT is renamed into place when it is complete: a failed run\n"
         "leaves an old file as it was.");
 
+    ShapesOptions shapes;
+    CLI::App* shapesCommand =
+        app.add_subcommand("shapes", "Sum expression meshes over a neutral one.");
+    shapesCommand->add_option("NEUTRAL", shapes.neutral, "the OBJ file of the neutral")->required();
+    shapesCommand
+        ->add_option("SHAPE", shapes.shapes,
+                     "OBJ files with the vertices of the neutral, in the same order")
+        ->required();
+    shapesCommand->add_option("--out", shapes.out, "the OBJ file to write")->required();
+    shapesCommand
+        ->add_option("--weights", shapes.weights,
+                     "one number a shape, with commas between (default: all 1)")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    shapesCommand->add_option("--level", shapes.level, "the level of quads to sum at and to write")
+        ->check(CLI::Range(0, 16))
+        ->capture_default_str();
+    shapesCommand->add_option("--threads", shapes.threads, "workers (default: one per processor)")
+        ->check(CLI::Range(1, 256));
+    shapesCommand->footer(
+        "OUT is the neutral plus, for each shape, its weight times what it differs from the\n"
+        "neutral by, in object space. On a level above 0 the neutral is smoothed as levels are\n"
+        "and the shapes are interpolated. OUT has the polygons of the neutral, above level 0 "
+        "quads.\n"
+        "Options with one value, such as --out, end the list of shapes.");
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -53,6 +79,13 @@ int Main(int argc, const char* const* argv) {
     StopOnInterrupt();
     if (infoCommand->parsed()) return RunInfo(info);
     if (replayCommand->parsed()) return RunReplay(replay);
+    if (shapesCommand->parsed()) {
+        if (shapes.weights.empty() || shapes.weights.size() == shapes.shapes.size())
+            return RunShapes(shapes);
+        Fail("--weights has " + std::to_string(shapes.weights.size()) + " numbers for " +
+             std::to_string(shapes.shapes.size()) + " shapes; give one for each");
+        return 2;
+    }
     return RunSample();
 }
 

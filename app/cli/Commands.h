@@ -26,6 +26,18 @@ struct ReplayOptions {
 };
 int RunReplay(const ReplayOptions& options);
 
+struct ShapesOptions {
+    std::string neutral, out;
+    std::vector<std::string> shapes;
+    /// One for each shape, or none: all 1.
+    std::vector<float> weights;
+    int level = 0;
+    int threads = 0;
+
+    float Weight(size_t i) const { return weights.empty() ? 1.0f : weights[i]; }
+};
+int RunShapes(const ShapesOptions& options);
+
 /// Plays the sample log on the sample head into a folder, for a first look without a display.
 int RunSample();
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 
+#include "core/io/HugePages.h"
 #include "core/morph/LMeshBases.h"
 #include "core/sculpt/LNode.h"
 
@@ -92,7 +93,12 @@ bool LMorphDelta::SetActiveSubdivLevel(unsigned level, bool keep,
     FlushUndo();
     if (detailsDirty_ && keep) UpdateFullRes(reach);
     mesh_->SetActiveLevel(level);
-    if (keep) CacheDetails(false);
+    if (keep) {
+        CacheDetails(false);
+    } else {
+        known_ = std::vector<LPoint3>();
+        detailsDirty_ = true;
+    }
     return true;
 }
 
@@ -144,7 +150,8 @@ bool LMorphDelta::HasMovedSince(std::span<const LPoint3> known) const {
 std::vector<LPoint3> LMorphDelta::CoarsePart(std::span<const LPoint3> active) const {
     const LSubdivCollection& levels = mesh_->GetSubdivs();
     const int top = mesh_->GetNumSubivLevels() - 1;
-    std::vector<LPoint3> coarse(mesh_->GetNumLevelVerts(top));
+    std::vector<LPoint3> coarse;
+    ResizeLarge(coarse, mesh_->GetNumLevelVerts(top));
     std::copy(active.begin(), active.end(), coarse.begin());
     for (int level = mesh_->GetActiveLevel() + 1; level <= top; ++level)
         levels.GetLayer(level)->rule()->Interpolate(coarse.data(),
@@ -163,17 +170,24 @@ class DetailCarrier {
         : level_(geom.GetNumSubivLevels() - 1),
           faces_(geom.LevelTables(level_)->Faces()),
           adj_(geom.LevelTables(level_)->AdjFaces()),
-          base_(geom.GetAllVertsPtr()),
-          uvs_(uvs),
+          uvFaces_(uvs ? uvs->LevelFaces(level_) : std::span<const LUVChannel::MFace>()),
+          uvs_(uvs ? uvs->AllVerts() : std::span<const LPoint2>()),
           before_(before),
-          after_(after) {}
+          after_(after) {
+        ResizeLarge(surface_, before.size());
+        const LPoint3* base = geom.GetAllVertsPtr();
+        for (size_t v = 0; v < before.size(); ++v)
+            surface_[v] = {base[v] + before[v], base[v] + after[v]};
+    }
 
-    /// The surface has moved around vertex v.
+    /// The coarse delta of vertex v has changed, or the surface around it has.
     bool IsMoved(int v) const {
+        if (!(before_[v] == after_[v])) return true;
         const auto around = adj_.GetAdjFacesForVert(v);
         return std::any_of(around.begin(), around.end(), [&](int f) {
             const int* c = faces_[f].v;
-            return std::any_of(c, c + 3, [&](int i) { return !(before_[i] == after_[i]); });
+            return std::any_of(c, c + 3,
+                               [&](int i) { return !(surface_[i].before == surface_[i].after); });
         });
     }
 
@@ -181,29 +195,36 @@ class DetailCarrier {
     LPoint3 Carry(int v, const LPoint3& delta) const {
         LPoint3 detail = delta - before_[v];
         if (detail == LPoint3::Zero) return after_[v];
-        const LMatrix3 from = Frame(v, before_), to = Frame(v, after_);
+        const LMatrix3 from = Frame(v, &Place::before), to = Frame(v, &Place::after);
         if (!from.degenerated && !to.degenerated)
             detail = to.TransfromVector({from[0] % detail, from[1] % detail, from[2] % detail});
         return after_[v] + detail;
     }
 
   private:
-    LMatrix3 Frame(int v, std::span<const LPoint3> coarse) const {
+    /// Where a vertex of the surface was and is, side by side, as they are read.
+    struct Place {
+        LPoint3 before, after;
+    };
+
+    LMatrix3 Frame(int v, LPoint3 Place::*when) const {
         const auto around = adj_.GetAdjFacesForVert(v);
-        LPoint2 uvs[3];
-        if (!uvs_ || around.empty() || !uvs_->GetFaceUVs(around.front(), level_, uvs))
-            return LMatrix3::Degenerated;
+        if (uvFaces_.empty() || around.empty()) return LMatrix3::Degenerated;
         const int face = around.front();
+        const int32_t* points = uvFaces_[face].v;
+        if (points[0] < 0 || points[1] < 0 || points[2] < 0) return LMatrix3::Degenerated;
+        const LPoint2 uvs[3] = {uvs_[points[0]], uvs_[points[1]], uvs_[points[2]]};
         return SurfaceFrame(faces_, around, face, faces_[face].CornerOf(v), uvs,
-                            [&](int i) { return base_[i] + coarse[i]; });
+                            [&](int i) -> const LPoint3& { return surface_[i].*when; });
     }
 
     int level_;
     const std::vector<LFace>& faces_;
     const LAdjFaceList& adj_;
-    const LPoint3* base_;
-    const LUVSubdivChannel* uvs_;
+    std::span<const LUVChannel::MFace> uvFaces_;
+    std::span<const LPoint2> uvs_;
     std::span<const LPoint3> before_, after_;
+    std::vector<Place> surface_;
 };
 
 }  // namespace

@@ -1,5 +1,7 @@
 #include "tests/system/Program.h"
 
+#include <fmt/core.h>
+
 #include <nlohmann/json.hpp>
 
 #include "core/io/ObjReader.h"
@@ -27,7 +29,7 @@ TEST(Program, TellsWrongUsageApartFromFailure) {
     for (const char* usage : {"--no-such", "replay", "info", "dance", "info a b",
                               "replay a --mesh b --out c --threads 0"})
         EXPECT_EQ(Kelmo(usage).code, 2) << usage;
-    for (const char* help : {"--help", "replay --help", "info --help"}) {
+    for (const char* help : {"--help", "replay --help", "info --help", "shapes --help"}) {
         const Outcome outcome = Kelmo(help);
         EXPECT_EQ(outcome.code, 0) << help;
         EXPECT_NE(outcome.text.find("Usage"), std::string::npos) << help;
@@ -196,6 +198,67 @@ TEST(Program, StrokesOutOfTheRangeOfNumbersAreRefused) {
     const Outcome outcome = Kelmo("replay " + log + " --mesh " + mesh + " --out " + out);
     EXPECT_EQ(outcome.code, 1) << outcome.text;
     EXPECT_NE(outcome.text.find("out of the range of numbers"), std::string::npos) << outcome.text;
+}
+
+TEST(Program, SumsShapes) {
+    Folder folder;
+    const auto square = [](float z1, float z3) {
+        return fmt::format("v 0 0 0\nv 1 0 {}\nv 1 1 0\nv 0 1 {}\nf 1 2 3 4\n", z1, z3);
+    };
+    const std::string neutral = folder.Write("n.obj", square(0, 0)),
+                      a = folder.Write("a.obj", square(2, 0)),
+                      b = folder.Write("b.obj", square(1, 4)), out = folder / "out.obj";
+    const auto shapes = [&](const std::string& more) {
+        return Kelmo("shapes " + neutral + " " + a + " " + b + " --out " + out + " " + more);
+    };
+    PolyMesh result;
+    FileError error;
+    ASSERT_EQ(shapes("--weights 0.5,-1").code, 0);
+    ASSERT_TRUE(ReadObj(out, result, error));
+    EXPECT_EQ(result.positions[1].z, 0);
+    EXPECT_EQ(result.positions[3].z, -4);
+    ASSERT_EQ(shapes("--level 2").code, 0);
+    ASSERT_TRUE(ReadObj(out, result, error));
+    EXPECT_EQ(result.NumPolygons(), 16);
+    EXPECT_EQ(result.positions[3].z, 4) << "a corner of a level stays";
+
+    EXPECT_EQ(shapes("--weights 1").code, 2);
+    const std::string other = folder.Write("other.obj", "v 0 0 0\nv 1 0 0\nv 1 1 0\nf 1 2 3\n");
+    const Outcome refused = Kelmo("shapes " + neutral + " " + other + " --out " + out);
+    EXPECT_EQ(refused.code, 1);
+    EXPECT_NE(refused.text.find("it has 3 vertices"), std::string::npos) << refused.text;
+    EXPECT_NE(refused.text.find("has 4"), std::string::npos) << refused.text;
+}
+
+// Each expression of the real head comes back, and a sum is the plain sum.
+TEST(Program, SumsTheShapesOfARealHead) {
+    const auto folderOf = shapes::ModelsFolder() / "head";
+    if (!std::filesystem::exists(folderOf)) GTEST_SKIP() << "the shared models are not here";
+    Folder folder;
+    const auto unpacked = [&](const std::string& name) {
+        return folder.Write(name + ".obj", shapes::TextOf(folderOf / (name + ".obj.xz")));
+    };
+    const std::string neutral = unpacked("ict_neutral"), smile = unpacked("ict_mouthSmile_L"),
+                      jaw = unpacked("ict_jawOpen"), out = folder / "out.obj";
+    const auto sum = [&](const std::string& weights) {
+        const Outcome outcome = Kelmo("shapes " + neutral + " " + smile + " " + jaw + " --out " +
+                                      out + " --weights " + weights);
+        EXPECT_EQ(outcome.code, 0) << outcome.text;
+        PolyMesh mesh;
+        FileError error;
+        EXPECT_TRUE(ReadObj(out, mesh, error));
+        return mesh.positions;
+    };
+    PolyMesh n, s, j;
+    FileError error;
+    ASSERT_TRUE(ReadObj(neutral, n, error) && ReadObj(smile, s, error) && ReadObj(jaw, j, error));
+    const auto onlySmile = sum("1,0"), both = sum("0.5,0.75");
+    for (size_t v = 0; v < n.positions.size(); ++v) {
+        ASSERT_LT((onlySmile[v] - s.positions[v]).Len(), 5e-5f) << v;
+        const LPoint3 plain = n.positions[v] + (s.positions[v] - n.positions[v]) * 0.5f +
+                              (j.positions[v] - n.positions[v]) * 0.75f;
+        ASSERT_LT((both[v] - plain).Len(), 1e-4f) << v;
+    }
 }
 
 TEST(Examples, EachGivesTheSameBytesWithAnyNumberOfWorkers) {
