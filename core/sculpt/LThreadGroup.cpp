@@ -107,8 +107,8 @@ void LThreadGroup::WaitToFinish(int) {
 }
 
 std::pair<int, int> LThreadGroup::Slice(int count, int workers, int k) {
-    const int per = count / workers + 1;
-    const long long first = static_cast<long long>(per) * k;
+    const long long per = count / workers + 1LL;
+    const long long first = per * k;
     if (first >= count) return {0, 0};
     return {static_cast<int>(first), static_cast<int>(std::min<long long>(first + per, count))};
 }

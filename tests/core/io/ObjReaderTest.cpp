@@ -5,7 +5,7 @@
 
 #include <cmath>
 #include <cstring>
-#include <map>
+#include <set>
 #include <sstream>
 
 #include "tests/shapes/Models.h"
@@ -68,10 +68,8 @@ PolyMesh PlainRead(const std::string& text) {
             }
             mesh.polygonStart.push_back(static_cast<int>(mesh.cornerVerts.size()));
         }
-        const bool statement =
-            std::map<std::string, int>{{"g", 0}, {"o", 0}, {"s", 0}, {"usemtl", 0}, {"mtllib", 0}}
-                .contains(keyword);
-        if (statement) mesh.statements.Add(mesh.NumPolygons(), line);
+        const std::set<std::string> kept = {"g", "o", "s", "usemtl", "mtllib"};
+        if (kept.contains(keyword)) mesh.statements.Add(mesh.NumPolygons(), line);
     }
     if (!anyUV) mesh.cornerUVs.clear();
     return mesh;
@@ -86,36 +84,6 @@ TEST(ObjReader, ReadsRealFilesAsAPlainReaderDoes) {
         if (file.filename() == "number_formats.obj" || file.filename() == "box_UTF16BE.obj")
             continue;
         EXPECT_TRUE(SameBits(Parsed(text), PlainRead(text))) << file;
-    }
-}
-
-TEST(ObjReader, FindsTheCountsOfTheSharedModels) {
-    struct Counts {
-        const char* name;
-        size_t verts, uvs;
-        std::map<int, int> polygons;  // arity -> number
-    };
-    const Counts expected[] = {
-        {"quad/spot_control_mesh.obj", 188, 267, {{3, 4}, {4, 160}, {5, 16}}},
-        {"quad/spot_quadrangulated.obj", 2930, 3225, {{4, 2928}}},
-        {"head/ict_neutral.obj.xz", 26719, 28911, {{3, 548}, {4, 25836}}},
-        {"head/ict_jawOpen.obj.xz", 26719, 28911, {{3, 548}, {4, 25836}}},
-        {"scan/koala.obj.xz", 49999, 0, {{3, 99994}}},
-        {"nasty/spider.obj", 762, 302, {{3, 1368}}},
-        {"nasty/concave_polygon.obj", 64, 0, {{66, 1}}},
-        {"nasty/joined_tetrahedra.obj", 5, 0, {{3, 8}}},
-        {"nasty/nonmanifold_edge.obj", 8, 4, {{4, 3}}},
-    };
-    if (!std::filesystem::exists(ModelsFolder())) GTEST_SKIP() << "the shared models are not here";
-    for (const Counts& counts : expected) {
-        const PolyMesh mesh = Parsed(TextOf(ModelsFolder() / counts.name));
-        std::map<int, int> polygons;
-        for (int p = 0; p < mesh.NumPolygons(); ++p) {
-            ++polygons[mesh.polygonStart[p + 1] - mesh.polygonStart[p]];
-        }
-        EXPECT_EQ(mesh.positions.size(), counts.verts) << counts.name;
-        EXPECT_EQ(mesh.uvs.size(), counts.uvs) << counts.name;
-        EXPECT_EQ(polygons, counts.polygons) << counts.name;
     }
 }
 
@@ -168,14 +136,12 @@ TEST(ObjReader, TakesTheSameFromEveryWayToWriteAText) {
     read.statements.clear();
     EXPECT_TRUE(SameBits(read, unstated));
 
-    EXPECT_TRUE(SameBits(Parsed(Replaced(Small, '\n', "\r\n")), expected));
-    EXPECT_TRUE(SameBits(Parsed(Replaced(Small, '\n', "\r")), expected));
-    EXPECT_TRUE(SameBits(Parsed(Replaced(Small, '\n', "\n \t\n")), expected));
-    EXPECT_TRUE(SameBits(Parsed(Replaced(Small, '\n', "\n\t ")), expected));
-    EXPECT_TRUE(SameBits(Parsed(Small.substr(0, Small.size() - 1)), expected));
-    EXPECT_TRUE(SameBits(Parsed("\xef\xbb\xbf" + std::string(Small)), expected));
-    EXPECT_TRUE(SameBits(Parsed(Utf16(Small, true)), expected));
-    EXPECT_TRUE(SameBits(Parsed(Utf16(Small, false)), expected));
+    for (const char* end : {"\r\n", "\r", "\n \t\n", "\n\t "})
+        EXPECT_TRUE(SameBits(Parsed(Replaced(Small, '\n', end)), expected));
+    const std::string whole(Small);
+    for (const std::string& text : {whole.substr(0, whole.size() - 1), "\xef\xbb\xbf" + whole,
+                                    Utf16(Small, true), Utf16(Small, false)})
+        EXPECT_TRUE(SameBits(Parsed(text), expected));
 }
 
 TEST(ObjReader, TurnsUtf16NamesIntoUtf8) {
@@ -186,34 +152,28 @@ TEST(ObjReader, TurnsUtf16NamesIntoUtf8) {
     EXPECT_EQ(mesh.statements[0].text, "o \u00e9\u4e2d\U0001f600\ufffd");
 }
 
-TEST(ObjReader, PassesOverWhatItDoesNotKeep) {
-    const PolyMesh mesh = Parsed(
+TEST(ObjReader, PassesOverWhatItDoesNotKeepAndKeepsOddFaces) {
+    PolyMesh mesh = Parsed(
         "p 1 2\nl 1 2 \\\n 3\nvp 0.1\ncstype bezier\ncurv 0 1 x\nfoo\nvn nan -inf 1e99\n"
         "v 1 2 3 4 # weight\nv 1 2 3 0.5 0.5 0.5#colour\nend");
     EXPECT_EQ(mesh.positions, (std::vector<LPoint3>{{1, 2, 3}, {1, 2, 3}}));
     EXPECT_TRUE(mesh.colours.empty()) << "not every vertex has a colour";
     EXPECT_EQ(mesh.NumPolygons(), 0);
     EXPECT_TRUE(SameBits(Parsed(""), PolyMesh()));
-}
-
-TEST(ObjReader, KeepsOddFacesAndForwardReferences) {
-    const PolyMesh mesh =
-        Parsed("f 1/2 2/2 3/2\nv 0 0 0\nf 1 1 1\nv 0 0 0\nv 0 0 0\nf 1 1 1\nvt 0 0\nvt 0 0\n");
-    EXPECT_EQ(mesh.cornerVerts, (std::vector{0, 1, 2, 0, 0, 0, 0, 0, 0}));
-    EXPECT_EQ(mesh.cornerUVs, (std::vector{1, 1, 1, -1, -1, -1, -1, -1, -1}));
+    // Forward references, and corners that name one vertex.
+    mesh = Parsed("f 1/2 2/2 3/2\nv 0 0 0\nf 1 1 1\nv 0 0 0\nv 0 0 0\nvt 0 0\nvt 0 0\n");
+    EXPECT_EQ(mesh.cornerVerts, (std::vector{0, 1, 2, 0, 0, 0}));
+    EXPECT_EQ(mesh.cornerUVs, (std::vector{1, 1, 1, -1, -1, -1}));
 }
 
 TEST(ObjReader, NamesTheLineAndTheReason) {
     const std::pair<const char*, const char*> cases[] = {
         {"v 0 0", "line 1: a vertex has 3 coordinates"},
-        {"v 0 0 0\nv 0 0 0 0 0", "line 2: a vertex has 3 coordinates"},
         {"v 0 0 0 0 0 0 0 0", "line 1: more than 7 numbers"},
         {"\n\nv 0 x 0", "line 3: \"x\" is not a number"},
         {"v 0 0 0x10", "line 1: \"0x10\" is not a number"},
-        {"v 1,5 0 0", "line 1: \"1,5\" is not a number"},
         {"v 0 0 3.1+e2x", "line 1: \"3.1+e2x\" is not a number"},
         {"v 0 0 1e", "line 1: \"1e\" is not a number"},
-        {"v 0 0 +-1", "line 1: \"+-1\" is not a number"},
         {"v 0 \\\r\n0 \\\r\n-", "line 3: \"-\" is not a number"},
         {"v 0 0 nan", "line 1: \"nan\" is not a finite number"},
         {"v -inf 0 0", "line 1: \"-inf\" is not a finite number"},
@@ -222,25 +182,20 @@ TEST(ObjReader, NamesTheLineAndTheReason) {
         {"vt 0", "line 1: a UV has 2 coordinates"},
         {"vt 0 0 0 0", "line 1: more than 3 numbers"},
         {"vn 0 0", "line 1: a normal has 3 coordinates"},
-        {"vn 0 0 up", "line 1: \"up\" is not a number"},
-        {"v 0 0 0\nf", "line 2: a polygon has at least 3 corners; this one has 0"},
         {"v 0 0 0\nf 1 1 \\\n\n", "line 2: a polygon has at least 3 corners; this one has 2"},
         {"v 0 0 0\r\nf 1 1 0\r\n", "line 2: vertex numbers start at 1"},
         {"v 0 0 0\rf 1 1 -2\r", "line 2: vertex -2 does not exist: there are 1 so far"},
         {"v 0 0 0\n\nf 1 1 1\nf 1 2 1\nf 1 9 1\nf 1 1 3",
          "line 4: vertex 2 does not exist: the file has 1"},
         {"f 1 2 3\nf 4 5 6\nv 0 0 0\nv 0 0 0\nv 0 0 0\nv 0 0 0", "line 2: vertex 5 does not exist"},
-        {"v 0 0 0\nf 1 1 2147483647", "line 2: vertex 2147483647 does not exist"},
         {"v 0 0 0\nf 1 1 2147483648", "line 2: \"2147483648\" is out of the range"},
         {"v 0 0 0\nf 1 1 -2147483648", "line 2: vertex -2147483648 does not exist"},
         {"v 0 0 0\nvt 0 0\nf 1/1 1/1 1/2", "line 3: UV 2 does not exist: the file has 1"},
-        {"v 0 0 0\nvt 0 0\nf 1/1 1/1 1/-2", "line 3: UV -2 does not exist"},
         {"v 0 0 0\nvt 0 0\nf 1/1 1/1 1/0", "line 3: UV numbers start at 1"},
         {"v 0 0 0\nf 1 1 1.5", "line 2: \"1.5\" is not a corner"},
         {"v 0 0 0\nf 1 1 1/x", "line 2: \"x\" is not a corner"},
         {"v 0 0 0\nf 1 1 /1", "line 2: \"/1\" is not a corner"},
         {"v 0 0 0\nf 1 1 1/1/1/1", "line 2: \"1/1/1/1\" is not a corner"},
-        {"v 0 0 0\nf 1 1 1//x", "line 2: \"x\" is not a corner"},
         {"v 0 0 0\nf 1 1 1\x01\xff", "line 2: \"1??\" is not a corner"},
     };
     for (const auto& [text, message] : cases) {

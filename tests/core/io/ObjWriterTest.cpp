@@ -7,12 +7,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <bit>
-#include <cmath>
 #include <csignal>
 #include <limits>
 
 #include "core/io/ObjReader.h"
+#include "tests/core/math/Generators.h"
 #include "tests/shapes/Models.h"
 #include "tests/shapes/Shapes.h"
 
@@ -50,15 +49,6 @@ TEST(ObjWriter, GivesBackRealFiles) {
         ++read;
     }
     EXPECT_GE(read, static_cast<int>(files.size()) - 1);
-}
-
-/// Any finite float: all bit patterns alike, so that subnormals and both zeros come up.
-rc::Gen<float> AnyFloat() {
-    const auto anyBits = rc::gen::map(rc::gen::arbitrary<uint32_t>(), [](uint32_t bits) {
-        const float f = std::bit_cast<float>(bits);
-        return std::isfinite(f) ? f : 0.0f;
-    });
-    return rc::gen::oneOf(anyBits, rc::gen::element(0.0f, -0.0f, 0.1f, 1e-45f, 3.4028235e38f));
 }
 
 PolyMesh AnyMesh() {

@@ -11,8 +11,9 @@
 #include "core/mesh/LAdjVertList.h"
 #include "core/mesh/LEdgeList.h"
 #include "core/mesh/LEdgeListFlagged.h"
+#include "core/mesh/Triangulation.h"
 #include "core/mesh/int_array.h"
-#include "tests/core/mesh/TestMeshes.h"
+#include "tests/shapes/Generators.h"
 
 using namespace VantrelSDK;
 
@@ -202,11 +203,11 @@ Input Soup() {
 
 /// Faces that share the edge 0-1 after as many that hold either end alone: whoever searches one
 /// end's list for every edge takes forever.
-TestMesh Book(int pages) {
-    TestMesh mesh;
-    mesh.verts.resize(2 + size_t(pages));
-    for (int i = 0; i + 1 < pages; ++i) mesh.faces.push_back(Triangle(i % 2, 2 + i, 3 + i));
-    for (int i = 0; i < pages; ++i) mesh.faces.push_back(Triangle(i % 2, 1 - i % 2, 2 + i));
+PolyMesh Book(int pages) {
+    PolyMesh mesh;
+    mesh.positions.resize(2 + size_t(pages));
+    for (int i = 0; i + 1 < pages; ++i) shapes::AddPolygon(mesh, std::array{i % 2, 2 + i, 3 + i});
+    for (int i = 0; i < pages; ++i) shapes::AddPolygon(mesh, std::array{i % 2, 1 - i % 2, 2 + i});
     return mesh;
 }
 
@@ -217,37 +218,27 @@ RC_GTEST_PROP(Adjacency, TablesOfTriangleSoupsFollowTheRules, ()) {
 }
 
 TEST(Adjacency, TablesOfOrderlyMeshesFollowTheRules) {
-    for (const TestMesh& mesh : {Grid(7, 5), Sphere(9, 6), Fan(40), Book(20)})
-        EXPECT_EQ(Difference({mesh.faces, mesh.NumVerts(), {}, {}}), "");
+    for (const PolyMesh& polygons : {shapes::Grid(7, 5), shapes::Sphere(1), Book(20)}) {
+        const LMesh mesh = Triangulate(polygons);
+        EXPECT_EQ(Difference({mesh.Topology()->Faces(), mesh.GetNumVerts(), {}, {}}), "");
+    }
     EXPECT_EQ(Difference({}), "");
     EXPECT_EQ(Difference({{}, 3, {}, {}}), "");
-    const std::vector<LFace> face = {Triangle(0, 1, 2)};
+    const std::vector<LFace> face = {{{0, 1, 2}}};
     EXPECT_EQ(LEdgeList(face, 0).GetNumEdges() + LEdgeListFlagged(face, 0).GetNumEdges(), 0);
 }
 
-TEST(Adjacency, ClosedMeshesHaveNoOpenEdgesAndSheetsOnlyTheirBorder) {
-    const TestMesh sphere = Sphere(12, 7), sheet = Grid(4, 3);
-    const LEdgeOpenList closed(sphere.faces, sphere.NumVerts());
-    EXPECT_EQ(sphere.NumVerts() - closed.GetNumEdges() + int(sphere.faces.size()), 2);  // Euler
-    EXPECT_EQ(std::count(closed.flags().begin(), closed.flags().end(), 1), 0);
-
-    const LEdgeOpenList open(sheet.faces, sheet.NumVerts());
-    const LVertOpenList border(sheet.NumVerts(), open);
-    EXPECT_EQ(std::count(open.flags().begin(), open.flags().end(), 1), 2 * (4 + 3));
-    for (int v = 0; v < sheet.NumVerts(); ++v) {
-        const LPoint3& p = sheet.verts[v];
-        EXPECT_EQ(border.IsVertOpen(v), p.x == 0 || p.x == 4 || p.y == 0 || p.y == 3) << v;
-    }
-    const LEdgeVisList visible(sheet.faces, sheet.NumVerts());
-    EXPECT_EQ(std::count(visible.flags().begin(), visible.flags().end(), 0), 4 * 3);  // diagonals
-}
-
-TEST(Adjacency, OutOfRangeQuestionsHaveEmptyAnswers) {
-    const TestMesh mesh = Grid(2, 2);
-    const LAdjFaceList2 adj(mesh.faces, mesh.NumVerts());
-    const LAdjVertList verts(adj, mesh.faces);
-    const LEdgeOpenList edges(mesh.faces, adj);
-    for (const int i : {-1, 1000, INT32_MIN, INT32_MAX}) {
+TEST(Adjacency, TakesNoMoreThanItsEntriesAndHasEmptyAnswersOutOfRange) {
+    const LMesh mesh = Triangulate(shapes::Grid(50, 40));
+    const std::vector<LFace>& faces = mesh.Topology()->Faces();
+    const LAdjFaceList2 adj(faces, mesh.GetNumVerts());
+    const LAdjVertList verts(adj, faces);
+    const LEdgeOpenList edges(faces, adj);
+    const size_t offsets = 4 * (size_t(mesh.GetNumVerts()) + 1);
+    EXPECT_EQ(LAdjFaceList(faces, mesh.GetNumVerts()).MemoryUsed(), offsets + 12 * faces.size());
+    EXPECT_EQ(verts.MemoryUsed(), offsets + 4 * 2 * edges.edges().size());
+    EXPECT_EQ(edges.edges().capacity(), edges.edges().size());
+    for (const int i : {-1, 10000, INT32_MIN, INT32_MAX}) {
         EXPECT_TRUE(adj.GetAdjFacesForVert(i).empty());
         EXPECT_EQ(adj.GetAdjFacesForFace(i), nullptr);
         EXPECT_TRUE(verts.GetAdjVertsForVert(i).empty());
@@ -255,30 +246,21 @@ TEST(Adjacency, OutOfRangeQuestionsHaveEmptyAnswers) {
         EXPECT_EQ(edges.GetFace(i)[0], -1);
         EXPECT_FALSE(edges.IsEdgeOpen(i));
     }
-    EXPECT_EQ(LAdjFaceList(mesh.faces, -5).nverts(), 0);
+    EXPECT_EQ(LAdjFaceList(faces, -5).nverts(), 0);
     EXPECT_EQ(LAdjVertList(adj, {}).nverts(), 0);  // a table of other faces
     EXPECT_EQ(LEdgeList(std::vector<LFace>(), adj).GetNumEdges(), 0);
 }
 
-TEST(Adjacency, TablesTakeNoMoreThanTheirEntries) {
-    const TestMesh mesh = Grid(50, 40);
-    const LAdjFaceList adj(mesh.faces, mesh.NumVerts());
-    const LAdjVertList verts(adj, mesh.faces);
-    const LEdgeList edges(mesh.faces, mesh.NumVerts());
-    const size_t offsets = 4 * (mesh.verts.size() + 1);
-    EXPECT_EQ(adj.MemoryUsed(), offsets + 4 * 3 * mesh.faces.size());
-    EXPECT_EQ(verts.MemoryUsed(), offsets + 4 * 2 * edges.edges().size());
-    EXPECT_EQ(edges.edges().capacity(), edges.edges().size());
-}
-
 // Each would run for hours if any table searched a list whose length the mesh decides.
 TEST(Adjacency, LargeFansAndBooksTakeLinearTime) {
-    for (const TestMesh& mesh : {Fan(300000), Book(300000)}) {
-        const LAdjFaceList2 adj(mesh.faces, mesh.NumVerts());
-        const LAdjVertList verts(adj, mesh.faces);
-        const LEdgeOpenList open(mesh.faces, adj);
-        const LEdgeVisList visible(mesh.faces, adj);
-        const LEdgeListFlagged flagged(mesh.faces, mesh.NumVerts());
+    for (const PolyMesh& polygons : {shapes::Fan(300000), Book(300000)}) {
+        const LMesh mesh = Triangulate(polygons);
+        const std::vector<LFace>& faces = mesh.Topology()->Faces();
+        const LAdjFaceList2 adj(faces, mesh.GetNumVerts());
+        const LAdjVertList verts(adj, faces);
+        const LEdgeOpenList open(faces, adj);
+        const LEdgeVisList visible(faces, adj);
+        const LEdgeListFlagged flagged(faces, mesh.GetNumVerts());
         EXPECT_GE(verts.GetAdjVertsForVert(0).size(), 300000u);
         EXPECT_GE(flagged.GetNumEdges(), open.GetNumEdges());
     }
@@ -325,21 +307,17 @@ RC_GTEST_PROP(LAdjQuadList, ListsEachCornersQuadsWithoutDoubles, ()) {
 }
 
 TEST(int_array, GrowsByItsStepAndCopies) {
-    EXPECT_EQ(int_array(0).grow(), 4000u);
-    int_array a(6);
+    int_array a(6), b;
     EXPECT_EQ(a.data(), nullptr);
     for (int i = 0; i < 13; ++i) ASSERT_TRUE(a.push_back(i * i));
     EXPECT_EQ(a.size(), 13u);
     EXPECT_EQ(a.capacity(), 18u);
-    int_array b;
     b = a;
     a.clear();
     EXPECT_EQ(a.capacity(), 0u);
     EXPECT_EQ(a.at(3), 0);
-    EXPECT_EQ(b.at(12), 144);
-    EXPECT_EQ(b.at(13), 0);
     b = b;
-    EXPECT_EQ(b[3], 9);
-    int_array c(std::move(b));
-    EXPECT_EQ(c.size(), 13u);
+    const int_array c(std::move(b));
+    EXPECT_EQ(c.at(12), 144);
+    EXPECT_EQ(c.at(13), 0);
 }

@@ -75,12 +75,7 @@ TEST(MeshObject, LevelsDeriveSelectionAndVisibilityFromTheBase) {
 TEST(MeshObject, DeletingALevelTakesBackItsSmoothing) {
     const auto node = OpenNode(shapes::Torus(8, 6));
     LMeshObject& object = *node->lobject();
-    const auto surface = [&] {
-        const LSubdivMesh& geom = *object.GetOrigGeom();
-        return std::vector<LPoint3>(geom.GetAllVertsPtr(),
-                                    geom.GetAllVertsPtr() + geom.GetNumLevelVerts(99));
-    };
-    const std::vector<LPoint3> base = surface();
+    const std::vector<LPoint3> base = AllVerts(*object.GetOrigGeom());
     object.SubdivideAll_Loop(true, true);
     const LPoint3 smoothed = object.GetGeomVert(0);
     object.SubdivideAll_Loop(true, true);
@@ -88,7 +83,7 @@ TEST(MeshObject, DeletingALevelTakesBackItsSmoothing) {
     object.DeleteTopLevelSudiv(false);
     EXPECT_EQ(object.GetGeomVert(0), smoothed);
     object.DeleteTopLevelSudiv(false);
-    EXPECT_TRUE(SameBits(surface(), base));
+    EXPECT_TRUE(SameBits(AllVerts(*object.GetOrigGeom()), base));
     EXPECT_FALSE(object.DeleteTopLevelSudiv(false));
 }
 
@@ -112,21 +107,4 @@ TEST(MeshObject, ANewBaseCarriesToAllLevels) {
     EXPECT_LT(object.GetGeomVert(0).Len(), doubled[0].Len());
     EXPECT_EQ(object.GetInput(count)[0], doubled[0]);
     EXPECT_EQ(object.GetBlured(count)[0], object.GetGeomVert(0));
-}
-
-TEST(MeshObject, WeightsAndNormals) {
-    const auto node = OpenNode(shapes::Sphere(2));
-    LMeshObject& object = *node->lobject();
-    EXPECT_EQ(object.GetVertNormal(0), LPoint3::Zero);
-    object.CalcNormals(false, false);
-    EXPECT_GT(object.GetVertNormal(3) % object.GetGeomVert(3), 0.9f);
-    const LPoint3 normal = object.GetFaceNormal(0);
-    for (const int v : {1, 2, 1}) object.SetWeight(v, 0.5f);
-    EXPECT_EQ(object.Weighted().size(), 2u);
-    object.OffsetVert(object.GetGeomFace(0).v[0], {1, 1, 1});
-    object.CalcNormals(false, true);  // face 0 has corners without weight: it keeps its normal
-    EXPECT_EQ(object.GetFaceNormal(0), normal);
-    object.ClearWeights();
-    EXPECT_FALSE(object.HasVertsWeights());
-    EXPECT_EQ(object.GetWeight(1), 0);
 }

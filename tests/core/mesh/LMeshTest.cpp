@@ -19,29 +19,6 @@ TEST(Mesh, CopiesShareTopologyUntilOneEditsIt) {
     EXPECT_FALSE(first.GetVert(0) == second.GetVert(0));
 }
 
-TEST(Mesh, OutOfRangeReadsZeroAndWritesNothing) {
-    LMesh mesh = Triangulate(shapes::Cube());
-    for (const int i : {-1, 8, 1 << 30}) {
-        EXPECT_EQ(mesh.GetVert(i), LPoint3::Zero);
-        mesh.SetVert(i, {1, 2, 3});
-        mesh.OffsetVert(i, {1, 2, 3});
-        EXPECT_EQ(mesh.GetFaceNormal(12 + std::abs(i)), LPoint3::Zero);
-    }
-    LPoint3 min, max;
-    ASSERT_TRUE(mesh.CalcBBox(min, max));
-    EXPECT_EQ(min, LPoint3(-1, -1, -1));
-    EXPECT_EQ(max, LPoint3(1, 1, 1));
-    EXPECT_FALSE(LMesh().CalcBBox(min, max));
-}
-
-TEST(Mesh, NormalsPointOut) {
-    const LMesh mesh = Triangulate(shapes::Sphere(3));
-    for (int v = 0; v < mesh.GetNumVerts(); ++v)
-        EXPECT_GT(mesh.GetVertNormal(v) % mesh.GetVert(v), 0.99f);
-    for (int f = 0; f < mesh.GetNumFaces(); ++f)
-        EXPECT_GT(mesh.GetFaceNormal(f) % mesh.GetVert(mesh.GetFace(f).v[0]), 0.9f);
-}
-
 TEST(Mesh, LocalFramesCarryTheTriangleAndFailOnCollapsedOnes) {
     const LMesh mesh = Triangulate(shapes::Torus(9, 7));
     const LAdjFaceList& adjacency = mesh.Topology()->AdjFaces();

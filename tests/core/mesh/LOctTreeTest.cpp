@@ -2,6 +2,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <random>
 #include <set>
 
@@ -18,17 +19,23 @@ namespace {
 
 using Sphere = LOctTree::Sphere;
 
-/// A mesh to search, in random positions and sizes.
-LMesh RandomMesh(std::mt19937& random, int kind) {
-    LMesh mesh = Triangulate(kind == 0   ? shapes::Grid(40, 30)
-                             : kind == 1 ? shapes::Sphere(4)
-                                         : shapes::Torus(50, 20));
-    if (kind == 2) {
+/// Meshes to search: flat, regular and crumpled.
+const std::vector<LMesh>& Meshes() {
+    static const std::vector<LMesh> meshes = [] {
+        PolyMesh torus = shapes::Torus(50, 20);
+        std::mt19937 random(9);
         std::normal_distribution<float> noise(0, 0.05f);
-        for (int v = 0; v < mesh.GetNumVerts(); ++v)
-            mesh.OffsetVert(v, {noise(random), noise(random), noise(random)});
-    }
-    return mesh;
+        for (LPoint3& p : torus.positions) p += {noise(random), noise(random), noise(random)};
+        return std::vector{Triangulate(shapes::Grid(40, 30)), Triangulate(shapes::Sphere(4)),
+                           Triangulate(torus)};
+    }();
+    return meshes;
+}
+
+/// The corners of a face.
+std::array<LPoint3, 3> Corners(const LMesh& mesh, int f) {
+    const LFace face = mesh.GetFace(f);
+    return {mesh.GetVert(face.v[0]), mesh.GetVert(face.v[1]), mesh.GetVert(face.v[2])};
 }
 
 LPoint3 RandomPoint(std::mt19937& random, const LMesh& mesh, float spread) {
@@ -111,8 +118,7 @@ LOctTree::Sweep RandomSweep(std::mt19937& random, const LMesh& mesh, const LFall
 TEST(OctTree, SphereQueriesFindWhatBruteForceFinds) {
     std::mt19937 random(1);
     std::uniform_real_distribution<float> size(0.01f, 0.8f);
-    for (int kind = 0; kind < 3; ++kind) {
-        const LMesh mesh = RandomMesh(random, kind);
+    for (const LMesh& mesh : Meshes()) {
         LOctTree tree(mesh);
         ASSERT_EQ(tree.Validate(), "");
         for (int round = 0; round < 60; ++round) {
@@ -136,10 +142,8 @@ TEST(OctTree, SphereQueriesFindWhatBruteForceFinds) {
             tree.FindFacesNear(sphere, near);
             std::set<int> plain;
             for (int f = 0; f < mesh.GetNumFaces(); ++f) {
-                const LFace face = mesh.GetFace(f);
-                const LPoint3 a = mesh.GetVert(face.v[0]);
-                const LPoint3 g =
-                    (a + mesh.GetVert(face.v[1]) + mesh.GetVert(face.v[2])) * 0.33333f;
+                const auto [a, b, c] = Corners(mesh, f);
+                const LPoint3 g = (a + b + c) * 0.33333f;
                 if (truth.faces.count(f) ||
                     (g - sphere.centre).Len() < (g - a).Len() + sphere.radius)
                     plain.insert(f);
@@ -152,8 +156,7 @@ TEST(OctTree, SphereQueriesFindWhatBruteForceFinds) {
 TEST(OctTree, LinesSweepsAndPairsFindWhatBruteForceFinds) {
     std::mt19937 random(2);
     const LineFalloff falloff;
-    for (int kind = 0; kind < 3; ++kind) {
-        const LMesh mesh = RandomMesh(random, kind);
+    for (const LMesh& mesh : Meshes()) {
         LOctTree tree(mesh);
         for (int round = 0; round < 80; ++round) {
             const LOctTree::Sweep sweeps[2] = {RandomSweep(random, mesh, &falloff),
@@ -193,50 +196,29 @@ TEST(OctTree, LinesSweepsAndPairsFindWhatBruteForceFinds) {
     }
 }
 
-TEST(OctTree, ASecondCallAddsWhatIsNew) {
-    std::mt19937 random(3);
-    const LMesh mesh = RandomMesh(random, 1);
-    LOctTree tree(mesh);
-    const Sphere first{{1, 0, 0}, 0.5f}, second{{0.9f, 0.3f, 0}, 0.5f};
-    TreeHits hits;
-    tree.FindFaces(std::span(&first, 1), hits);
-    const size_t count = hits.faces.size();
-    EXPECT_FALSE(tree.FindFaces(std::span(&first, 1), hits));
-    EXPECT_EQ(hits.faces.size(), count);
-    EXPECT_TRUE(tree.FindFaces(std::span(&second, 1), hits));
-    const BruteForce truth(mesh, [&](const LPoint3& p) {
-        return (p - first.centre).LenSq() < 0.25f || (p - second.centre).LenSq() < 0.25f;
-    });
-    EXPECT_EQ(AsSet(hits.faces), truth.faces);
-    EXPECT_EQ(AsSet(hits.verts), truth.corners);
-}
-
 TEST(OctTree, WorkersGiveTheSameListsInTheSameOrder) {
     const LMesh mesh = Triangulate(shapes::Grid(300, 300));
-    LThreadGroup two(2), eight(8);
-    LOctTree plain(mesh), tree2(mesh.Topology(), mesh.GetVertsPtr(), {}, &two),
-        tree8(mesh.Topology(), mesh.GetVertsPtr(), {}, &eight);
+    LOctTree plain(mesh);
     std::mt19937 random(4);
     const LineFalloff falloff;
-    for (int round = 0; round < 10; ++round) {
-        const LOctTree::Sweep sweep = RandomSweep(random, mesh, &falloff);
-        TreeHits a, b, c;
-        plain.FindFaces(std::span(&sweep, 1), a);
-        tree2.FindFaces(std::span(&sweep, 1), b);
-        tree8.FindFaces(std::span(&sweep, 1), c);
-        EXPECT_EQ(a.verts, b.verts);
-        EXPECT_EQ(a.verts, c.verts);
-        EXPECT_EQ(a.faces, c.faces);
-        EXPECT_EQ(a.weights, c.weights);
-        EXPECT_EQ(a.border, c.border);
+    for (const int count : {2, 8}) {
+        LThreadGroup workers(count);
+        LOctTree shared(mesh.Topology(), mesh.GetVertsPtr(), {}, &workers);
+        for (int round = 0; round < 10; ++round) {
+            const LOctTree::Sweep sweep = RandomSweep(random, mesh, &falloff);
+            TreeHits a, b;
+            plain.FindFaces(std::span(&sweep, 1), a);
+            shared.FindFaces(std::span(&sweep, 1), b);
+            EXPECT_EQ(std::tie(a.verts, a.faces, a.weights, a.border),
+                      std::tie(b.verts, b.faces, b.weights, b.border));
+        }
     }
 }
 
 TEST(OctTree, RaysHitWhatBruteForceHits) {
     std::mt19937 random(5);
     std::normal_distribution<float> noise;
-    for (int kind = 0; kind < 3; ++kind) {
-        const LMesh mesh = RandomMesh(random, kind);
+    for (const LMesh& mesh : Meshes()) {
         const LOctTree tree(mesh);
         for (int round = 0; round < 400; ++round) {
             const LPoint3 origin(2 * noise(random), 2 * noise(random), 2 * noise(random));
@@ -244,11 +226,10 @@ TEST(OctTree, RaysHitWhatBruteForceHits) {
             if (round % 8 == 0) dir = round % 16 ? LPoint3(0, -1, 0) : LPoint3(0, 0, 1);
             float nearest = 1e30f;
             for (int f = 0; f < mesh.GetNumFaces(); ++f) {
-                const LFace face = mesh.GetFace(f);
+                const auto [a, b, c] = Corners(mesh, f);
                 float t;
                 LPoint3 point, bary;
-                if (IntersectTri(mesh.GetVert(face.v[0]), mesh.GetVert(face.v[1]),
-                                 mesh.GetVert(face.v[2]), origin, dir, t, point, bary, true))
+                if (IntersectTri(a, b, c, origin, dir, t, point, bary, true))
                     nearest = std::min(nearest, t);
             }
             LOctTree::RayHit hit, any;
@@ -257,38 +238,24 @@ TEST(OctTree, RaysHitWhatBruteForceHits) {
             EXPECT_EQ(tree.TraceRay(origin, dir, any, true), found);
             if (!found) continue;
             EXPECT_NEAR(hit.t, nearest, 1e-4f * (1 + nearest));
-            const LFace face = mesh.GetFace(hit.face);
-            const LPoint3 there = mesh.GetVert(face.v[0]) * hit.bary.x +
-                                  mesh.GetVert(face.v[1]) * hit.bary.y +
-                                  mesh.GetVert(face.v[2]) * hit.bary.z;
+            const auto [a, b, c] = Corners(mesh, hit.face);
+            const LPoint3 there = a * hit.bary.x + b * hit.bary.y + c * hit.bary.z;
             EXPECT_LT((there - hit.point).Len(), 1e-4f);
             EXPECT_LT((origin + dir * hit.t - hit.point).Len(), 1e-3f);
         }
     }
 }
 
-TEST(OctTree, RaysFromBehindHitOnlyWhenAskedTo) {
-    const LOctTree tree(Triangulate(shapes::Sphere(2)));
-    LOctTree::RayHit hit;
-    EXPECT_FALSE(tree.TraceRay({0, 0, 0}, {1, 0.1f, 0.2f}, hit));
-    LOctTree::SetIgnoreBackFacePref(false);
-    EXPECT_TRUE(tree.TraceRay({0, 0, 0}, {1, 0.1f, 0.2f}, hit));
-    LOctTree::SetIgnoreBackFacePref(true);
-}
-
 TEST(OctTree, ClosestPointIsTheNearestFootOrCorner) {
     std::mt19937 random(6);
-    for (int kind = 0; kind < 3; ++kind) {
-        const LMesh mesh = RandomMesh(random, kind);
+    for (const LMesh& mesh : Meshes()) {
         const LOctTree tree(mesh);
         for (int round = 0; round < 60; ++round) {
             const LPoint3 p = RandomPoint(random, mesh, 0.3f);
             const float reach = round % 4 ? 10.0f : 0.1f;
             double best = reach;
             for (int f = 0; f < mesh.GetNumFaces(); ++f) {
-                const LFace face = mesh.GetFace(f);
-                const LPoint3 c[3] = {mesh.GetVert(face.v[0]), mesh.GetVert(face.v[1]),
-                                      mesh.GetVert(face.v[2])};
+                const auto c = Corners(mesh, f);
                 for (const LPoint3& corner : c) best = std::min<double>(best, (corner - p).Len());
                 const LPoint3 n = Normalized((c[1] - c[0]) ^ (c[2] - c[0]));
                 const LPoint3 foot = p - n * ((p - c[0]) % n);
@@ -310,7 +277,7 @@ TEST(OctTree, ClosestPointIsTheNearestFootOrCorner) {
 
 RC_GTEST_PROP(OctTree, APartialRefitGivesTheBoxesOfAWholeOne, ()) {
     std::mt19937 random(*rc::gen::arbitrary<unsigned>());
-    LMesh mesh = RandomMesh(random, static_cast<int>(random() % 3));
+    LMesh mesh = Meshes()[random() % 3];
     LOctTree partial(mesh), whole(mesh);
     whole.Recalc(mesh.GetVertsPtr());
     partial.Recalc(mesh.GetVertsPtr());
@@ -335,19 +302,9 @@ RC_GTEST_PROP(OctTree, APartialRefitGivesTheBoxesOfAWholeOne, ()) {
     }
 }
 
-TEST(OctTree, AFewFacesMakeOneLeafWithTheMeshesBox) {
-    const LMesh mesh = Triangulate(shapes::Grid(5, 5));  // 50 triangles in the plane z = 0
-    const LOctTree tree(mesh);
-    LPoint3 min, max, low, high;
-    ASSERT_TRUE(mesh.CalcBBox(low, high));
-    ASSERT_TRUE(tree.GetBBox(min, max));
-    EXPECT_EQ(min.x, low.x);
-    EXPECT_EQ(max.y, high.y);
-    EXPECT_NEAR(max.z - min.z, 0.002f, 1e-6f);
-}
-
-TEST(OctTree, EmptyHiddenAndDegenerateMeshes) {
+TEST(OctTree, EmptyFlatHiddenAndDegenerateMeshes) {
     LOctTree empty{LMesh()};
+    LPoint3 min, max;
     TreeHits hits;
     LOctTree::RayHit ray;
     LOctTree::ClosestHit closest;
@@ -356,6 +313,16 @@ TEST(OctTree, EmptyHiddenAndDegenerateMeshes) {
     EXPECT_FALSE(empty.FindFaces(std::span(&all, 1), hits));
     EXPECT_FALSE(empty.TraceRay({0, 0, 1}, {0, 0, -1}, ray));
     EXPECT_FALSE(empty.FindClosetPoint({0, 0, 0}, 1e6f, closest));
+
+    const LOctTree ball(Triangulate(shapes::Sphere(2)));
+    EXPECT_FALSE(ball.TraceRay({0, 0, 0}, {1, 0.1f, 0.2f}, ray)) << "from behind";
+    LOctTree::SetIgnoreBackFacePref(false);
+    EXPECT_TRUE(ball.TraceRay({0, 0, 0}, {1, 0.1f, 0.2f}, ray));
+    LOctTree::SetIgnoreBackFacePref(true);
+    const LOctTree leaf(Triangulate(shapes::Grid(5, 5)));
+    ASSERT_TRUE(leaf.GetBBox(min, max));
+    EXPECT_TRUE(min.x == -0.5f && max.y == 0.5f);
+    EXPECT_NEAR(max.z - min.z, 0.002f, 1e-6f) << "a flat box is given some depth";
 
     const LMesh grid = Triangulate(shapes::Grid(20, 20));
     std::vector<uint8_t> hidden(grid.GetNumFaces());
@@ -389,7 +356,7 @@ TEST(OctTree, EmptyHiddenAndDegenerateMeshes) {
 
 TEST(OctTree, PrismFindsFacesTowardsItsEye) {
     std::mt19937 random(7);
-    const LMesh mesh = RandomMesh(random, 1);
+    const LMesh& mesh = Meshes()[1];
     const LOctTree tree(mesh);
     for (int round = 0; round < 30; ++round) {
         const LPoint3 p0 = RandomPoint(random, mesh, 0.05f);
@@ -400,9 +367,8 @@ TEST(OctTree, PrismFindsFacesTowardsItsEye) {
         tree.FindFaces(prism, found);
         std::set<int> truth;
         for (int f = 0; f < mesh.GetNumFaces(); ++f) {
-            const LFace face = mesh.GetFace(f);
-            const LPoint3 a = mesh.GetVert(face.v[0]), b = mesh.GetVert(face.v[1]),
-                          c = mesh.GetVert(face.v[2]), g = (a + b + c) * 0.33333f;
+            const auto [a, b, c] = Corners(mesh, f);
+            const LPoint3 g = (a + b + c) * 0.33333f;
             const bool inside = prism.IsInside(a) || prism.IsInside(b) || prism.IsInside(c) ||
                                 prism.IsInside(g) || prism.IsInside(g, (g - a).Len());
             if (inside && prism.IsFacing(g, Normalized((c - a) ^ (b - a)))) truth.insert(f);

@@ -74,8 +74,8 @@ TEST(TriCoupling, APolygonGivesAsManyPairsAsItsFanHolds) {
         for (int i = 0; i < coupling.NumPairs(); ++i)
             EXPECT_EQ(coupling.Pair(i), std::pair(2 * i, 2 * i + 1));
     }
-    for (const shapes::Shape& shape : shapes::AllShapes()) {
-        if (shape.tags & (shapes::NonManifold | shapes::Degenerate)) continue;
+    for (const shapes::Shape& shape :
+         shapes::ShapesWithFaces(shapes::NonManifold | shapes::Degenerate)) {
         int pairs = 0;
         for (int p = 0; p < shape.mesh.NumPolygons(); ++p)
             pairs += (shape.mesh.polygonStart[p + 1] - shape.mesh.polygonStart[p] - 2) / 2;

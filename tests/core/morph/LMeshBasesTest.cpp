@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <random>
 
 #include "core/io/ObjReader.h"
 #include "core/math/LQuat.h"
-#include "core/mesh/Triangulation.h"
 #include "core/sculpt/LThreadGroup.h"
+#include "tests/core/math/SameBits.h"
+#include "tests/core/subdiv/Levels.h"
 #include "tests/shapes/Models.h"
 #include "tests/shapes/Shapes.h"
 
@@ -50,8 +50,7 @@ LSubdivMesh Vectors(const LSubdivMesh& like) {
 }
 
 bool SameBits(const LSubdivMesh& a, const LSubdivMesh& b) {
-    return std::memcmp(a.GetAllVertsPtr(), b.GetAllVertsPtr(), a.GetNumVerts() * sizeof(LPoint3)) ==
-           0;
+    return SameBits(AllVerts(a), AllVerts(b));
 }
 
 void ExpectThereAndBack(const Surface& surface) {

@@ -62,8 +62,7 @@ std::vector<LPoint3> RandomMoves(const LPoint3& from, std::mt19937& random) {
 const PolyMesh& RandomShape(std::mt19937& random) {
     static const std::vector<PolyMesh> meshes = [] {
         std::vector<PolyMesh> all = {Boulder(4), shapes::Torus(24, 12), shapes::Grid(20, 20)};
-        for (const shapes::Shape& shape : shapes::AllShapes())
-            if (shape.mesh.NumPolygons() > 0) all.push_back(shape.mesh);
+        for (const shapes::Shape& shape : shapes::ShapesWithFaces()) all.push_back(shape.mesh);
         return all;
     }();
     return meshes[random() % 2 ? random() % 3 : random() % meshes.size()];

@@ -55,28 +55,6 @@ TEST(BrushWeights, EachSetHasItsCurve) {
     EXPECT_NEAR(node->calcWeight(0, p, c), 0.5f + 0.6f * 0.2f, 1e-6f);
 }
 
-TEST(BrushWeights, ASampledCurveIsExactAtItsEnds) {
-    const auto node = Pressed();
-    const LFalloffCache& curve = *node->lfalloff1();
-    EXPECT_EQ(curve.Value(0, 2), 1);
-    EXPECT_NEAR(curve.Value(2, 2), 1.0f / 40, 1e-6f);  // the last of 40 samples
-    EXPECT_EQ(curve.Value(2.1f, 2), 0);
-    const FalloffSampler sampler(curve, 2);
-    for (float d = 0; d < 2.2f; d += 0.013f) EXPECT_NEAR(sampler(d), curve.Value(d, 2), 1e-5f);
-}
-
-TEST(BrushWeights, OfTwoSidesTheGreaterCounts) {
-    const auto node = Pressed();
-    node->settings().symmetry = 1;
-    const LPoint3 c(0.5f, 0, 0);
-    for (float x = -1.65f; x < 1.6f; x += 0.1f) {
-        const float direct = std::max(0.0f, 1 - std::fabs(x - 0.5f));
-        const float mirrored = std::max(0.0f, 1 - std::fabs(x + 0.5f));
-        EXPECT_NEAR(node->calcWeight(0, {x, 0, 0}, c), std::max(direct, mirrored), 1e-5f);
-        EXPECT_NEAR(node->calcWeight2(0, {x, 0, 0}, c), std::max(direct, mirrored), 1e-5f);
-    }
-}
-
 TEST(BrushWeights, PatternsLieInTheStrokesFrame) {
     const auto node = Pressed();
     FirstCoordinate pattern;

@@ -3,20 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <numeric>
 #include <random>
 
 #include "core/mesh/Triangulation.h"
+#include "tests/core/math/SameBits.h"
 #include "tests/shapes/Shapes.h"
 
 using namespace VantrelSDK;
 
 namespace {
-
-bool SameBits(const LPoint3& a, const LPoint3& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
 
 /// The rounds as they are told: one vertex after the other.
 std::vector<LPoint3> SmoothedInTurn(std::vector<LPoint3> normals, const std::vector<int>& verts,
@@ -63,7 +59,7 @@ TEST(NormalSmoother, WavesGiveTheBitsOfOneVertexAfterTheOther) {
                 std::vector<LPoint3> expected(nverts, untouched);
                 const auto inTurn = SmoothedInTurn(normals, verts, adjacency, 10);
                 for (const int v : verts) expected[v] = inTurn[v];
-                EXPECT_TRUE(std::equal(out.begin(), out.end(), expected.begin(), SameBits));
+                EXPECT_TRUE(SameBits(out, expected));
             }
         }
     }

@@ -241,20 +241,6 @@ TEST(StrokeBrushes, AttractGathersRepelScattersDragTakesAlong) {
     EXPECT_GT(moved, 50);
 }
 
-TEST(StrokeBrushes, EraseEndsWhereTheSessionBegan) {
-    const auto node = OpenNode(Boulder(4));
-    const std::vector<LPoint3> start = Deltas(*node);
-    const LPoint3 pos = Surface(*node)[9];
-    Stroke(*node, {.mode = 8, .pos = pos}, Path(pos, {0.02f, 0, 0}, 3));
-    const float raised = node->GetMaxDelta();
-    node->settings().paintPressMult.Set(19, 10);
-    node->settings().useFalloff2 = false;
-    for (int i = 0; i < 20; ++i)
-        Stroke(*node, {.mode = 19, .pos = pos, .radius = 1}, Path(pos, {0.02f, 0, 0}, 4));
-    EXPECT_GT(raised, 0.05f);
-    EXPECT_TRUE(SameBits(Deltas(*node), start));
-}
-
 TEST(StrokeBrushes, BlendPullsToThePlainGeometry) {
     const auto node = OpenNode(Boulder(4));
     const LPoint3 pos = Surface(*node)[9];

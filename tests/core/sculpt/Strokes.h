@@ -2,11 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <random>
 
 #include "core/sculpt/BrushWeights.h"
 #include "core/sculpt/LHeadlessNode.h"
+#include "tests/core/math/SameBits.h"
+#include "tests/core/subdiv/Levels.h"
 #include "tests/shapes/Shapes.h"
 
 /// Strokes on small meshes, for tests of the brushes.
@@ -68,13 +69,7 @@ inline std::vector<LPoint3> Surface(const LHeadlessNode& node) {
 
 /// The deltas of all levels.
 inline std::vector<LPoint3> Deltas(const LHeadlessNode& node) {
-    const LSubdivMesh& mesh = *node.GetDelta()->GetOrigMesh();
-    const int top = mesh.GetNumSubivLevels() - 1;
-    return {mesh.GetAllVertsPtr(), mesh.GetAllVertsPtr() + mesh.GetNumLevelVerts(top)};
-}
-
-inline bool SameBits(const std::vector<LPoint3>& a, const std::vector<LPoint3>& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(LPoint3)) == 0;
+    return AllVerts(*node.GetDelta()->GetOrigMesh());
 }
 
 /// A sphere that is not quite round, so that no symmetry hides a mistake.
@@ -89,19 +84,14 @@ inline PolyMesh Boulder(int level) {
 inline std::string CheckCaches(LHeadlessNode& node) {
     const std::vector<LPoint3> surface = Surface(node);
     const LDisplayCache& display = *node.ldisplayCache();
-    const std::vector<LPoint3> verts(display.verts().begin(), display.verts().end());
-    if (!SameBits(verts, surface)) return "positions of the display cache";
+    if (!SameBits(display.verts(), surface)) return "positions of the display cache";
     LDisplayCache fresh(&node);
     fresh.Init(node.lobject()->GetSubdivGeom(), node.GetDelta()->GetMesh());
     fresh.CalcAll();
-    const auto same = [](std::span<const LPoint3> a, std::span<const LPoint3> b) {
-        return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size_bytes()) == 0;
-    };
-    if (!same(display.fnormals(), fresh.fnormals())) return "face normals";
-    if (!same(display.vnormals(), fresh.vnormals())) return "vertex normals";
-    const std::vector<LPoint3> start(node.lmeshCache()->GetVertsPtr(),
-                                     node.lmeshCache()->GetVertsPtr() + surface.size());
-    if (!SameBits(start, surface)) return "the stroke's start positions";
+    if (!SameBits(display.fnormals(), fresh.fnormals())) return "face normals";
+    if (!SameBits(display.vnormals(), fresh.vnormals())) return "vertex normals";
+    if (!SameBits(std::span(node.lmeshCache()->GetVertsPtr(), surface.size()), surface))
+        return "the stroke's start positions";
     if (const std::string broken = node.loctTree()->Validate(); !broken.empty()) return broken;
     LOctTree whole(*node.loctTree());
     whole.Recalc(surface.data());

@@ -2,15 +2,15 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <set>
 
-#include "core/mesh/Triangulation.h"
-#include "core/sculpt/LHeadlessNode.h"
+#include "core/sculpt/LThreadGroup.h"
 #include "core/subdiv/LQuadSubdivision.h"
 #include "core/subdiv/LTopoCaches.h"
 #include "tests/core/math/Generators.h"
+#include "tests/core/math/SameBits.h"
+#include "tests/core/subdiv/Levels.h"
 #include "tests/shapes/Shapes.h"
 
 using namespace VantrelSDK;
@@ -18,34 +18,6 @@ using namespace VantrelSDK;
 namespace {
 
 using Edge = std::pair<int, int>;
-
-std::vector<LPoint3> AllVerts(const LSubdivMesh& mesh) {
-    const int count = mesh.GetNumLevelVerts(mesh.GetNumSubivLevels() - 1);
-    return {mesh.GetAllVertsPtr(), mesh.GetAllVertsPtr() + count};
-}
-
-bool SameBits(const std::vector<LPoint3>& a, const std::vector<LPoint3>& b) {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(LPoint3)) == 0;
-}
-
-/// A level of quads for 'q', of triangles for 'l'; capitals smooth it.
-bool AddLevel(LSubdivMesh& mesh, char kind) {
-    const bool smooth = kind < 'a';
-    return (kind | 32) == 'q' ? mesh.SubdivideAll_Quad(smooth, true)
-                              : mesh.SubdivideAll_Loop(smooth, true);
-}
-
-LSubdivMesh Chain(const PolyMesh& base, const std::string& kinds) {
-    LSubdivMesh mesh(Triangulate(base));
-    for (const char kind : kinds) EXPECT_TRUE(AddLevel(mesh, kind));
-    return LSubdivMesh(mesh);
-}
-
-std::vector<shapes::Shape> ShapesWithFaces() {
-    std::vector<shapes::Shape> all = shapes::AllShapes();
-    std::erase_if(all, [](const shapes::Shape& shape) { return shape.mesh.NumPolygons() == 0; });
-    return all;
-}
 
 /// The number of faces at each edge.
 std::map<Edge, int> EdgesOf(const std::vector<LFace>& faces) {
@@ -55,39 +27,23 @@ std::map<Edge, int> EdgesOf(const std::vector<LFace>& faces) {
     return edges;
 }
 
-/// Moves every vertex of the base by up to 1.
-PolyMesh Shaken(PolyMesh mesh) {
+/// A shape of the zoo, every vertex moved by up to 1.
+PolyMesh AnyShaken(unsigned without = 0) {
+    const std::vector<shapes::Shape> all = shapes::ShapesWithFaces(without);
+    PolyMesh mesh = all[*rc::gen::inRange<size_t>(0, all.size())].mesh;
     for (LPoint3& p : mesh.positions) p += UnitPoint();
     return mesh;
 }
 
 }  // namespace
 
-TEST(QuadLevels, CountsAreThoseOfTheFormulas) {
-    // A new vertex an edge and a single; eight faces a pair, six a single.
-    for (const shapes::Shape& shape : ShapesWithFaces()) {
-        SCOPED_TRACE(shape.name);
-        for (const std::string kinds : {"q", "qq", "lq"}) {
-            const LSubdivMesh mesh = Chain(shape.mesh, kinds);
-            const int top = mesh.GetActiveLevel();
-            const LMeshTopology& below = *mesh.GetLevelTopology(top - 1);
-            const LTriCoupling& coupling = *below.Coupling();
-            EXPECT_EQ(mesh.GetNumFaces(), 8 * coupling.NumPairs() + 6 * coupling.NumSingles());
-            int edges = 0;  // two faces an edge, so that a third opens one more
-            for (const auto& [ends, faces] : EdgesOf(below.Faces())) edges += (faces + 1) / 2;
-            if (!(shape.tags & shapes::Degenerate)) {
-                EXPECT_EQ(mesh.GetNumVerts(), below.GetNumVerts() + edges + coupling.NumSingles());
-            }
-        }
-    }
-}
-
 TEST(QuadLevels, ChainsOfAllKindsKeepTheNumbering) {
-    for (const shapes::Shape& shape : ShapesWithFaces())
+    for (const shapes::Shape& shape : shapes::ShapesWithFaces())
         for (const std::string kinds : {"qqq", "lql", "QlQ", "LQq", "QQL"}) {
             SCOPED_TRACE(shape.name + " " + kinds);
             LSubdivMesh mesh(Triangulate(shape.mesh));
             for (const char kind : kinds) {
+                const bool isQuad = (kind | 32) == 'q';
                 const std::vector<LPoint3> before = AllVerts(mesh);
                 const LMeshTopology& below = *mesh.GetLevelTopology(mesh.GetActiveLevel());
                 ASSERT_TRUE(AddLevel(mesh, kind));
@@ -97,16 +53,21 @@ TEST(QuadLevels, ChainsOfAllKindsKeepTheNumbering) {
                     EXPECT_TRUE(SameBits(before, {after.begin(), after.begin() + before.size()}));
                 }
                 const ISubdivLayer& layer = *mesh.GetSubdivs().GetTop();
-                EXPECT_EQ(layer.GetType(), (kind | 32) == 'q');
+                EXPECT_EQ(layer.GetType(), isQuad);
                 // What is in a face: 4 children for one of a pair or of a triangle step, else 6.
                 for (int f = 0; f < below.GetNumFaces(); ++f) {
                     const LFaceSubs subs = layer.GetFaceSubs(f);
-                    const bool single =
-                        layer.GetType() == 1 && below.Coupling()->ncouplingLookup(f) >= 0;
+                    const bool single = isQuad && below.Coupling()->ncouplingLookup(f) >= 0;
                     EXPECT_EQ(std::count(subs.subs, subs.subs + 6, -1), single ? 0 : 2);
-                    EXPECT_EQ(std::count(subs.subs, subs.subs + 4, -1), 0);
                 }
+                if (!isQuad || (shape.tags & shapes::Degenerate)) continue;
+                // A new vertex an edge (two faces, so that a third opens one more) and a single.
+                int added = below.Coupling()->NumSingles();
+                for (const auto& [ends, faces] : EdgesOf(below.Faces())) added += (faces + 1) / 2;
+                EXPECT_EQ(mesh.GetNumVerts(), below.GetNumVerts() + added);
             }
+            while (mesh.DeleteTopLevel()) ASSERT_EQ(mesh.Validate(), "");
+            EXPECT_EQ(mesh.GetNumSubivLevels(), 1);
         }
 }
 
@@ -131,10 +92,8 @@ TEST(QuadLevels, WithoutSmoothingNewVerticesAreMiddlesAndCentres) {
 }
 
 RC_GTEST_PROP(QuadLevels, SmoothingIsTheMeanOfAVertexAndItsQuads, ()) {
-    const std::vector<shapes::Shape> all = ShapesWithFaces();
-    const shapes::Shape& shape = all[*rc::gen::inRange<size_t>(0, all.size())];
     const std::string below = *rc::gen::element<std::string>("", "q", "l", "lq");
-    const LSubdivMesh plain = Chain(Shaken(shape.mesh), below + "q");
+    const LSubdivMesh plain = Chain(AnyShaken(), below + "q");
     const int top = plain.GetActiveLevel(), firstNew = plain.GetNumLevelVerts(top - 1);
     LSubdivMesh smooth(*plain.GetLevelCopy(top - 1));
     RC_ASSERT(smooth.SubdivideAll_Quad(true, *rc::gen::arbitrary<bool>()));
@@ -170,29 +129,6 @@ RC_GTEST_PROP(QuadLevels, SmoothingIsTheMeanOfAVertexAndItsQuads, ()) {
         const LPoint3 mean = sum / static_cast<float>(ring.size() + 1);
         RC_ASSERT((smooth.GetVert(v) - mean).Len() < 1e-5f);
     }
-}
-
-TEST(QuadLevels, WhichVerticesStay) {
-    const auto moves = [](PolyMesh mesh, int v) {
-        for (size_t i = 0; i < mesh.positions.size(); ++i)
-            mesh.positions[i].z += 0.1f * static_cast<float>(i * i % 7);
-        return !(Chain(mesh, "Q").GetVert(v) == mesh.positions[v]);
-    };
-    EXPECT_FALSE(moves(shapes::Grid(4, 4), 0)) << "a corner";
-    EXPECT_FALSE(moves(shapes::Grid(4, 4), 2)) << "on the border, two quads";
-    EXPECT_TRUE(moves(shapes::Grid(4, 4), 12)) << "inside";
-    EXPECT_TRUE(moves(shapes::Cube(), 3)) << "inside, three quads";
-    PolyMesh corner = shapes::Grid(2, 2);  // three quads around vertex 4, open at the fourth
-    corner.polygonStart.pop_back();
-    corner.cornerVerts.resize(12);
-    corner.cornerUVs.resize(12);
-    EXPECT_FALSE(moves(corner, 4)) << "on the border, three quads";
-    PolyMesh fan = shapes::Fan(6);  // and five, which is not seen to be a border
-    fan.polygonStart.pop_back();
-    fan.cornerVerts.resize(15);
-    EXPECT_TRUE(moves(fan, 0)) << "on the border, five quads";
-    EXPECT_EQ(Chain(shapes::Fan(3500), "q").GetSubdivs().GetTop()->rule()->rings.Row(0).size(),
-              6000u);
 }
 
 TEST(QuadLevels, RebuiltFromOtherPositionsTheyAreThoseMadeAnew) {
@@ -246,12 +182,9 @@ TEST(QuadLevels, RebuiltFromOtherPositionsTheyAreThoseMadeAnew) {
 
 RC_GTEST_PROP(QuadLevels, BarycentricsHoldTheParametricPlace, ()) {
     // Triangles that lie on each other can pair up against their winding: their quads are twisted.
-    std::vector<shapes::Shape> all = ShapesWithFaces();
-    std::erase_if(all, [](const auto& shape) { return shape.tags & shapes::Degenerate; });
-    const shapes::Shape& shape = all[*rc::gen::inRange<size_t>(0, all.size())];
-    LSubdivMesh mesh(Triangulate(Shaken(shape.mesh)));
+    LSubdivMesh mesh(Triangulate(AnyShaken(shapes::Degenerate)));
     mesh.SetNeedBarys(true);
-    for (const char kind : *rc::gen::element<std::string>("q", "qq", "qlq", "lq"))
+    for (const char kind : *rc::gen::element<std::string>("q", "qq", "qlq", "lq", "lll"))
         AddLevel(mesh, kind);
     LSubdivMesh late(mesh);
     late.AllocBarys();
@@ -283,7 +216,7 @@ RC_GTEST_PROP(QuadLevels, BarycentricsHoldTheParametricPlace, ()) {
         if (reachedBy[v] >= 0) RC_ASSERT(mesh.GetVert(v).Len() < 1e-5f);
 }
 
-TEST(QuadLevels, WhatCannotBeCutIsRefused) {
+TEST(QuadLevels, WhatCannotBeCutIsRefusedAndRingsHaveALimit) {
     LFace lost{{0, 1, 9}};
     const std::vector<LPoint3> points(3);
     LSubdivMesh broken(LMesh(std::make_shared<LMeshTopology>(3, std::vector{lost}), points));
@@ -291,6 +224,8 @@ TEST(QuadLevels, WhatCannotBeCutIsRefused) {
     EXPECT_EQ(broken.GetNumSubivLevels(), 1);
     EXPECT_FALSE(LSubdivMesh().SubdivideAll_Quad(true, true));
     EXPECT_EQ(LSubdivMesh().CountNextQuadLevelFaces(), 0);
+    const LSubdivMesh fan = Chain(shapes::Fan(3500), "q");
+    EXPECT_EQ(fan.GetSubdivs().GetTop()->rule()->rings.Row(0).size(), 6000u) << "and no more";
     EXPECT_EQ(Chain(shapes::Polygon(5), "").CountNextQuadLevelFaces(), 14);
     // A level of its own, without the mesh.
     const LMesh cut =
