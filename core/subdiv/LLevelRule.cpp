@@ -1,6 +1,7 @@
 #include "core/subdiv/LLevelRule.h"
 
 #include <algorithm>
+#include <atomic>
 
 #include "core/io/HugePages.h"
 #include "core/math/Float4.h"
@@ -11,16 +12,22 @@ namespace VantrelSDK {
 
 namespace {
 
-/// Fewer vertices than this are not worth a worker.
-constexpr int kGrain = 4096;
+/// Vertices that a worker takes at a time.
+constexpr int kGrain = 8192;
 
-/// Calls job(first, last) for parts of 0 to count - 1, on the workers when there are some.
+/// Calls job(first, last) for parts of 0 to count - 1. Workers take the next part as they come:
+/// parts differ in what they cost, since old vertices have neighbours far away.
 template <class Job>
 void InParts(int count, LThreadGroup* workers, const Job& job) {
-    if (workers)
-        workers->ForSlices(count, kGrain, [&](int first, int last, int) { job(first, last); });
-    else
-        job(0, count);
+    const int parts = (count + kGrain - 1) / kGrain;
+    if (!workers || parts < 2) return job(0, count);
+    std::atomic<int> next{0};
+    const int group = workers->GetNumWorkers();
+    // As many slices as workers, none of them empty.
+    workers->ForSlices(group * group, 1, [&](int, int, int) {
+        for (int part = next++; part < parts; part = next++)
+            job(part * kGrain, std::min(count, (part + 1) * kGrain));
+    });
 }
 
 }  // namespace
