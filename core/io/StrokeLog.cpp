@@ -38,6 +38,11 @@ constexpr Range Unit{0, 1, "a number from 0 to 1"};
 constexpr Range Positive{std::numeric_limits<float>::denorm_min(), MaxFloat, "a number above 0"};
 constexpr Range AnyFloat{-MaxFloat, MaxFloat, "a number in the range of a float"};
 
+/// The texts that name a target.
+struct TargetName {
+    const char* expected = "the name of a target, not empty";
+};
+
 enum class Presence { Needed, Optional };
 
 // The fields of each operation, in the order in which they are written. `field` is called with the
@@ -103,6 +108,18 @@ template <class Visitor, class Op>
 requires Is<Op, SelectOp> || Is<Op, HideOp> || Is<Op, ShowOp>
 void VisitFields(Visitor& field, Op& op) {
     field("faces", op.faces, Count);
+}
+
+template <class Visitor, class Op>
+requires Is<Op, StoreOp> || Is<Op, LoadOp>
+void VisitFields(Visitor& field, Op& op) {
+    field("target", op.target, TargetName());
+}
+
+template <class Visitor, Is<ApplyOp> Op>
+void VisitFields(Visitor& field, Op& op) {
+    field("target", op.target, TargetName());
+    field("weight", op.weight, AnyFloat);
 }
 
 enum class Place { Anywhere, InStroke, OutsideStroke };
@@ -306,6 +323,10 @@ class FieldReader {
     void operator()(const char* name, std::string& to) {
         Read<std::string>(name, "a text", Presence::Needed,
                           [&](auto& text) { return to = text, true; });
+    }
+    void operator()(const char* name, std::string& to, const TargetName& rule) {
+        Read<std::string>(name, rule.expected, Presence::Needed,
+                          [&](auto& text) { return to = text, !text.empty(); });
     }
     void operator()(const char* name, SubdivideKind& to) {
         Read<std::string>(name, "\"quad\" or \"loop\"", Presence::Needed, [&](auto& text) {

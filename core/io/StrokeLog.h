@@ -142,8 +142,57 @@ struct ShowOp {
     bool operator==(const ShowOp&) const = default;
 };
 
+/// Stores the work delta as the target of that name, which is made when there is none.
+struct StoreOp {
+    static constexpr std::string_view Name = "store";
+
+    /// Not empty. In this and the next two; whether it exists is for the player to check.
+    std::string target;
+
+    bool operator==(const StoreOp&) const = default;
+};
+
+/// Makes the neutral and the target the work delta.
+struct LoadOp {
+    static constexpr std::string_view Name = "load";
+
+    std::string target;
+
+    bool operator==(const LoadOp&) const = default;
+};
+
+/// Sets the weight of a target, and makes the neutral and all targets by their weights the work
+/// delta.
+struct ApplyOp {
+    static constexpr std::string_view Name = "apply";
+
+    std::string target;
+    float weight = 1;
+
+    bool operator==(const ApplyOp&) const = default;
+};
+
+/// Makes the work delta the neutral.
+struct NeutralOp {
+    static constexpr std::string_view Name = "neutral";
+    bool operator==(const NeutralOp&) const = default;
+};
+
+/// Empties the neutral.
+struct ClearNeutralOp {
+    static constexpr std::string_view Name = "clear_neutral";
+    bool operator==(const ClearNeutralOp&) const = default;
+};
+
+/// Closes the session; the next press opens another.
+struct FinishOp {
+    static constexpr std::string_view Name = "finish";
+    bool operator==(const FinishOp&) const = default;
+};
+
 using StrokeOp = std::variant<SetOp, FalloffOp, SubdivideOp, DeleteLevelOp, LevelOp, PressOp,
-                              MoveOp, ReleaseOp, UndoOp, ModifiersOp, SelectOp, HideOp, ShowOp>;
+                              MoveOp, ReleaseOp, UndoOp, ModifiersOp, SelectOp, HideOp, ShowOp,
+                              StoreOp, LoadOp, ApplyOp, NeutralOp, ClearNeutralOp, FinishOp>;
 
 /// The name of an operation in the log, such as "delete_level".
 std::string_view OpName(const StrokeOp& op);

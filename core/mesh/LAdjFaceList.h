@@ -11,6 +11,7 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
 class SharedFaces;
 
 /// Which faces touch each vertex. Immutable; any number of threads may read it. Empty when there
@@ -31,6 +32,10 @@ class LAdjFaceList {
     const LIndexRows& Rows() const { return rows_; }
     int nverts() const { return rows_.NumRows(); }
     int nfaces() const { return nfaces_; }
+    /// The table as a record, each row with its place for six faces more. What is read must name
+    /// faces that there are; after a failure the table is empty.
+    int WriteTo(LBlindData* stream) const;
+    int ReadFrom(LBlindData* stream);
     virtual size_t MemoryUsed() const { return rows_.MemoryUsed(); }
 
   private:

@@ -11,6 +11,8 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
+
 /// The edges of a mesh with their faces and flags, for the building of levels. Edges are ordered by
 /// their lower vertex and, there, by the faces that made them. Two faces share an edge at most: a
 /// third one on the same two vertices opens a second edge. Immutable; any number of threads may
@@ -51,6 +53,11 @@ class LEdgeListFlagged {
     }
     const std::vector<Edge>& edges() const { return edges_; }
     const std::vector<Face>& faces() const { return faces_; }
+
+    /// The list as a record. What is read must name edges that there are, and no vertices or faces
+    /// below -1; after a failure the list is empty.
+    int WriteTo(LBlindData* stream) const;
+    int ReadFrom(LBlindData* stream);
 
   private:
     /// Edge k of face number f makes edge e or becomes its second.

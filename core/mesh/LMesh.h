@@ -11,6 +11,8 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
+
 /// A flat triangle mesh: positions (object units) and faces.
 ///
 /// Copies of a mesh share its topology (see LMeshTopology); SetFace and GetFacesPtr give the mesh a
@@ -64,6 +66,10 @@ class LMesh {
     virtual void TransformVectorsByLocal(const LMatrix3* tms);
     /// Fills one frame a face, see calcTM.
     virtual void CalcLocalTMs(LMatrix3* tms) const;
+    /// The mesh as a record. Both return one of LBlindData's codes; a failed reading leaves the
+    /// mesh as it was. Old forms are read too; faces take their place as their number.
+    virtual int WriteTo(LBlindData* stream) const;
+    virtual int ReadFrom(LBlindData* stream);
 
     /// What the mesh shares with its copies; null while empty.
     const std::shared_ptr<const LMeshTopology>& Topology() const { return topology_; }

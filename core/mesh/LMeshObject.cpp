@@ -1,7 +1,6 @@
 #include "core/mesh/LMeshObject.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "core/mesh/LSmoothCache.h"
 #include "core/morph/LMeshBases.h"
@@ -65,19 +64,8 @@ void LMeshObject::ResetArrays() {
 
 /// The smoothed input, which is the base that is worked on; `input_` keeps what came in.
 void LMeshObject::SmoothInput() {
-    blured_ = input_;
-    const int iterations = owner_ ? owner_->GetObjSmoothIt() : 0;
-    LPoint3* base = geom_->GetAllVertsPtr();
-    if (iterations > 0) {
-        const auto topology = geom_->GetLevelTopology(0);
-        std::vector<int> verts(input_.size()), faces(topology->GetNumFaces());
-        std::iota(verts.begin(), verts.end(), 0);
-        std::iota(faces.begin(), faces.end(), 0);
-        LSmoothCache cache(topology->GetNumVerts(), topology->Faces(), input_);
-        cache.Iterate(iterations, faces, verts, &topology->AdjVerts(), &topology->AdjFaces(), true);
-        std::copy_n(cache.read(), blured_.size(), blured_.begin());
-    }
-    std::copy(blured_.begin(), blured_.end(), base);
+    blured_ = SmoothedShape(*geom_->LevelTables(0), input_, owner_ ? owner_->GetObjSmoothIt() : 0);
+    std::copy(blured_.begin(), blured_.end(), geom_->GetAllVertsPtr());
 }
 
 const LPoint3* LMeshObject::GetInput(int& count) const {
@@ -91,7 +79,8 @@ const LPoint3* LMeshObject::GetBlured(int& count) const {
 }
 
 bool LMeshObject::Update(const LPoint3* newBase, const LSubdivMesh* delta, int numLevels) {
-    if (!geom_ || input_.empty()) return false;
+    if (!geom_ || (input_.empty() && !newBase)) return false;
+    input_.resize(geom_->GetNumLevelVerts(0));
     int count = delta ? delta->GetNumSubivLevels() : geom_->GetNumSubivLevels();
     if (numLevels != -1) count = numLevels + 1;
     const int active = ActiveLevel();
@@ -370,10 +359,9 @@ bool LMeshObject::FollowLevels() {
 /// The tables of a quad level that is there; nothing for a triangle level.
 std::unique_ptr<ILTopoCache> LMeshObject::MakeTopoCache(const ISubdivLayer& layer) const {
     if (layer.GetType() != 1) return nullptr;
-    const auto& quads = static_cast<const EntireQuadSubdivLayer&>(layer);
     auto cache = std::make_unique<LQuadLevelTopoCache>(layer.index(), layer.rule()->smooth,
                                                        layer.rule()->protectOpen);
-    cache->SetStep({quads.coupling(), quads.topology(), quads.rule()});
+    cache->SetStep(geom_->GetQuadStep(layer.index()));
     // Those of a level below are only a part of what there is.
     if (!layer.next()) cache->SetBarys(geom_->GetBarys());
     return cache;

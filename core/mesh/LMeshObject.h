@@ -12,6 +12,7 @@
 namespace VantrelSDK {
 
 class ILTopoCache;
+class LBlindData;
 class LMeshBasesUV2;
 class LNode;
 class LTopoCaches;
@@ -153,6 +154,14 @@ class LMeshObject {
     bool AllocateGeom(int nverts, int nfaces);
     void FreeAll();
 
+    /// Geometry and caches as a record, without UV channels. Both return one of LBlindData's codes;
+    /// a failed reading leaves the object as it was. What is read starts with nothing selected or
+    /// hidden. It keeps channels of as many faces, and the input when it is of as many vertices;
+    /// else Update gives one.
+    virtual int WriteTo(LBlindData* stream) const;
+    virtual int ReadFrom(LBlindData* stream);
+    LTopoCaches* topocaches() const { return topocaches_.get(); }
+
   protected:
     /// Takes a base mesh as the input: one level, nothing selected or hidden.
     void InitGeom(const LMesh& base);
@@ -180,6 +189,7 @@ class LMeshObject {
     bool FollowLevels();
     std::unique_ptr<ILTopoCache> MakeTopoCache(const ISubdivLayer& layer) const;
     bool AfterSubdivision();
+    bool HasAllCaches() const;
     void calcFaceNormals(bool selectedOnly, bool weightedOnly);
     void calcVertNormals(bool selectedOnly, bool weightedOnly);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <span>
+#include <vector>
 
 #include "core/math/LColor.h"
 #include "core/math/LPoint2.h"
@@ -11,6 +12,7 @@
 #include "core/mesh/LAdjQuadList.h"
 #include "core/mesh/LAdjVertList.h"
 #include "core/mesh/LFace.h"
+#include "core/mesh/LMeshTopology.h"
 #include "core/mesh/ZeroedArray.h"
 
 namespace VantrelSDK {
@@ -171,6 +173,11 @@ class LSmoothCache : public LSmoothBuffers<LPoint3> {
     void Iterate(int n, std::span<const int> faces, std::span<const int> verts,
                  const LAdjVertList* adjVerts, const LAdjQuadList* adjQuads, bool add);
 };
+
+/// The positions of a base shape, one a vertex, after `iterations` rounds over all faces that keep
+/// open vertices.
+std::vector<LPoint3> SmoothedShape(const LMeshTopology& topology, std::span<const LPoint3> verts,
+                                   int iterations);
 
 /// Smooths colours.
 class LColorSmoothCache : public LSmoothBuffers<LColor> {

@@ -2,6 +2,8 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
+
 /// A growable array of int that grows by fixed steps and takes no memory before its first entry.
 class int_array {
   public:
@@ -30,6 +32,10 @@ class int_array {
     unsigned size() const { return size_; }
     unsigned capacity() const { return capacity_; }
     unsigned grow() const { return grow_; }
+
+    /// The array as a record. A failed reading, with one of LBlindData's codes, leaves it empty.
+    int WriteTo(LBlindData* stream) const;
+    int ReadFrom(LBlindData* stream);
 
   private:
     void Swap(int_array& o) noexcept;

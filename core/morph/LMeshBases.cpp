@@ -44,21 +44,27 @@ LMatrix3 LMeshBasesUV2::GetVertexTM(int level, int face, int corner) const {
     return frame;
 }
 
+LMatrix3 LMeshBases::FrameAt(int level, int vert) const {
+    const LMeshTopology* topology = LevelTables(level);
+    if (!topology || vert >= topology->GetNumVerts()) return LMatrix3::Degenerated;
+    // The first face that holds a vertex is the first of those around it.
+    const std::span<const int> around = topology->AdjFaces().GetAdjFacesForVert(vert);
+    if (around.empty()) return LMatrix3::Degenerated;
+    const int face = around.front();
+    return GetVertexTM(level, face, topology->Faces()[face].CornerOf(vert));
+}
+
 void LSubdivMesh::TransformVectorsByLocal(const LMeshBases* bases, const LSubdivMesh*, int level,
                                           LThreadGroup* workers) {
     if (level < 0) level = GetNumSubivLevels() - 1;
-    const LMeshTopology* topology = LevelTables(level);
-    if (!bases || !topology || topology->GetNumFaces() == 0) return;
-    // The first face that holds a vertex is the first of those around it.
-    const LAdjFaceList& adj = topology->AdjFaces();
-    const std::vector<LFace>& faces = topology->Faces();
+    const LMeshTopology* topology = bases ? bases->LevelTables(level) : nullptr;
+    if (!topology || topology->GetNumVerts() > static_cast<int>(verts_.size())) return;
+    // Made at its first use, on this thread.
+    topology->AdjFaces();
     const auto transform = [&](int first, int last, int) {
-        for (int v = first; v < last; ++v) {
-            const std::span<const int> around = adj.GetAdjFacesForVert(v);
-            if (around.empty()) continue;
-            const int face = around.front();
-            bases->GetVertexTM(level, face, faces[face].CornerOf(v)).TransfromVector2(verts_[v]);
-        }
+        // No frame turns the zero vector, and most of a sculpt is that.
+        for (int v = first; v < last; ++v)
+            if (!(verts_[v] == LPoint3::Zero)) bases->TransformAt(level, v, verts_[v]);
     };
     if (workers)
         workers->ForSlices(topology->GetNumVerts(), 1024, transform);

@@ -19,12 +19,24 @@ class LMeshBases : public LSubdivMesh {
     /// direction. Degenerated, which leaves a vector as it is, when there is none.
     virtual LMatrix3 GetVertexTM(int level, int face, int corner) const = 0;
     virtual void CopyBases(const LMeshBases* other);
+    /// The frame at a vertex of a level: that of the first face that holds it.
+    LMatrix3 FrameAt(int level, int vert) const;
+    /// Takes a vector there through it.
+    void TransformAt(int level, int vert, LPoint3& vector) const {
+        FrameAt(level, vert).TransfromVector2(vector);
+    }
 
     /// 0 takes vectors from tangent to object space, 1 the other way.
     void SetDirection(int direction) { fromTo_ = direction; }
     int GetDirection() const { return fromTo_; }
     /// The mesh that gave the levels, borrowed; may be null.
     const LSubdivMesh* GetBarySrc() const { return barysrc_; }
+
+    /// The surface as a record, with the faces around its vertices. What is read has its direction
+    /// and its UV channel still to be given.
+    int WriteTo(LBlindData* stream) const override;
+    using LSubdivMesh::ReadFrom;
+    int ReadFrom(LBlindData* stream) override;
 
   protected:
     explicit LMeshBases(int fromTo) : fromTo_(fromTo) {}
@@ -34,6 +46,24 @@ class LMeshBases : public LSubdivMesh {
 
     const LSubdivMesh* barysrc_ = nullptr;
     int fromTo_;
+};
+
+/// Bases have a direction while this lives, and then their former one again. Null is left alone.
+class BasesDirection {
+  public:
+    BasesDirection(LMeshBases* bases, int direction)
+        : bases_(bases), former_(bases ? bases->GetDirection() : 0) {
+        if (bases_) bases_->SetDirection(direction);
+    }
+    ~BasesDirection() {
+        if (bases_) bases_->SetDirection(former_);
+    }
+    BasesDirection(const BasesDirection&) = delete;
+    BasesDirection& operator=(const BasesDirection&) = delete;
+
+  private:
+    LMeshBases* bases_;
+    int former_;
 };
 
 /// The right-handed frame of a corner from the surface and its UVs: N the vertex normal, larger

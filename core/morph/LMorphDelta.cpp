@@ -6,7 +6,9 @@
 #include <new>
 
 #include "core/io/HugePages.h"
+#include "core/morph/LFrameTerm.h"
 #include "core/morph/LMeshBases.h"
+#include "core/morph/MorphCallbacks.h"
 #include "core/sculpt/LNode.h"
 
 namespace VantrelSDK {
@@ -33,6 +35,47 @@ float LMorphDelta::GetMaxDelta() const {
     const LPoint3* verts = mesh_->GetAllVertsPtr();
     for (int v = 0; v < mesh_->GetNumVerts(); ++v) max = std::max(max, verts[v].LenSq());
     return std::sqrt(max);
+}
+
+bool LMorphDelta::HasOffsets() const {
+    const LPoint3* verts = mesh_->GetAllVertsPtr();
+    return std::any_of(verts, verts + mesh_->GetNumLevelVerts(mesh_->GetNumSubivLevels() - 1),
+                       [](const LPoint3& p) { return !(p == LPoint3::Zero); });
+}
+
+LSubdivMesh* LMorphDelta::ReplaceAll() {
+    DropBackup();
+    FlushUndo();
+    ForgetDetails();
+    mesh_->ClearAllLevelsVerts();
+    return mesh_.get();
+}
+
+void LMorphDelta::ForgetDetails() {
+    known_ = std::vector<LPoint3>();
+    detailsDirty_ = true;
+}
+
+void LMorphDelta::EvalDelta(int time, int skipGroup, bool interpolate, int levels) {
+    LSubdivMesh* mesh = ReplaceAll();
+    if (!owner_) return;
+    if (LMorphTarget* neutral = owner_->GetNeutral()) {
+        CopyToSubdivMeshProxyCallback copy(mesh, levels);
+        neutral->Traverse(&copy);
+    }
+    if (!interpolate && time >= valid0_ && time <= valid1_) return;
+    LFrame frame{
+        .time = time, .levels = levels, .interpolate = interpolate, .skipGroup = skipGroup};
+    for (LFrameTerm* term : owner_->frameTerms()) term->AddTo(*mesh, frame);
+    valid0_ = frame.valid0;
+    valid1_ = frame.valid1;
+}
+
+void LMorphDelta::EvalTags(int time, char* tags, int count) const {
+    if (!owner_) return;
+    VertTagClallback tag(tags, count);
+    if (LMorphTarget* neutral = owner_->GetNeutral()) neutral->Traverse(&tag);
+    for (const LFrameTerm* term : owner_->frameTerms()) term->Tag(time, tag);
 }
 
 void LMorphDelta::AllockBack() {
@@ -96,8 +139,7 @@ bool LMorphDelta::SetActiveSubdivLevel(unsigned level, bool keep,
     if (keep) {
         CacheDetails(false);
     } else {
-        known_ = std::vector<LPoint3>();
-        detailsDirty_ = true;
+        ForgetDetails();
     }
     return true;
 }
@@ -239,7 +281,7 @@ bool LMorphDelta::UpdateFullRes(const std::function<void(float)>& reach) {
     const std::vector<LPoint3> after = CoarsePart(known_);
 
     LMeshObject* object = owner_ ? owner_->lobject() : nullptr;
-    const LSubdivMesh& surface = object ? *object->GetOrigGeom() : *mesh_;
+    const LSubdivMesh& surface = object ? owner_->BaseShape() : *mesh_;
     const DetailCarrier carrier(surface, object ? object->GetActiveUVChannel() : nullptr, before,
                                 after);
     // In parts, so that a long way shows how far it is.
@@ -264,20 +306,14 @@ void LMorphDelta::MakeBackup(LMeshBasesUV2* bases) {
     backup_ = std::make_unique<LSubdivMesh>(*mesh_, false);
     backupDirty_ = false;
     if (!bases) return;
-    const int direction = bases->GetDirection();
-    bases->SetDirection(LMeshBases::kObjectToTangent);
+    const BasesDirection heading(bases, LMeshBases::kObjectToTangent);
     backup_->TransformVectorsByLocal(bases, nullptr, -1, owner_ ? owner_->lthGrp() : nullptr);
-    bases->SetDirection(direction);
 }
 
 bool LMorphDelta::RestoreBackup(LMeshBasesUV2* bases) {
     if (!backup_) return false;
-    if (bases) {
-        const int direction = bases->GetDirection();
-        bases->SetDirection(LMeshBases::kTangentToObject);
-        backup_->TransformVectorsByLocal(bases, nullptr, -1, owner_ ? owner_->lthGrp() : nullptr);
-        bases->SetDirection(direction);
-    }
+    const BasesDirection heading(bases, LMeshBases::kTangentToObject);
+    backup_->TransformVectorsByLocal(bases, nullptr, -1, owner_ ? owner_->lthGrp() : nullptr);
     mesh_->CopyFrom(backup_.get());
     backup_.reset();
     backupDirty_ = false;

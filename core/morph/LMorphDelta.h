@@ -1,5 +1,6 @@
 #pragma once
 
+#include <climits>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -12,6 +13,7 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
 class LMeshBasesUV2;
 class LNode;
 
@@ -40,7 +42,8 @@ class UndoStack {
 };
 
 /// The working delta of a node: an offset from the base shape for each vertex of all levels, in
-/// object space during a sculpt session. The brushes write here.
+/// object space during a sculpt session and in the frames of the surface between sessions. The
+/// brushes write here, and so does the evaluation of a frame.
 ///
 /// A stroke pays for the vertices that it touches: before a vertex is first written its value is
 /// kept, and the undo record is made of what was kept.
@@ -72,6 +75,24 @@ class LMorphDelta {
     void SetLevelChangedFlag(bool changed) { mesh_->SetLevelChangedFlag(changed); }
     /// The longest offset of the active level.
     float GetMaxDelta() const;
+    /// Some vertex of some level has an offset.
+    bool HasOffsets() const;
+    /// Clears all levels for other offsets to come in: no backup, undo or detail applies to them.
+    LSubdivMesh* ReplaceAll();
+
+    /// The sum of a frame, in tangent space, in place of what there is: the owner's neutral and
+    /// then its terms, of the vertices of `levels` levels. Without `interpolate` the terms are left
+    /// out while `time` (in ticks) is between valid0 and valid1.
+    void EvalDelta(int time, int skipGroup, bool interpolate, int levels);
+    /// Marks the vertices that the frame of a time would move: one byte for each of `count`.
+    void EvalTags(int time, char* tags, int count) const;
+    /// The time for which the last sum stays right, ends included; nothing after Invalidate.
+    int valid0() const { return valid0_; }
+    int valid1() const { return valid1_; }
+    void Invalidate() {
+        valid0_ = INT_MAX;
+        valid1_ = INT_MIN;
+    }
 
     /// Makes room for the kept values of the active level. Costs nothing when it is there.
     void AllockBack();
@@ -116,6 +137,8 @@ class LMorphDelta {
         UpdateFullRes();
         CacheDetails(false);
     }
+    /// The active level has been changed by other means than strokes: nothing is carried up.
+    void ForgetDetails();
     void SetDetailsDirty(bool dirty) { detailsDirty_ = dirty; }
     bool detailsDirty() const { return detailsDirty_; }
 
@@ -129,6 +152,17 @@ class LMorphDelta {
     void SetBackupDirty(bool dirty) { backupDirty_ = dirty; }
     bool GetBackupDirty() const { return backupDirty_; }
     const LSubdivMesh* GetBackup() const { return backup_.get(); }
+    void DropBackup() {
+        backup_.reset();
+        backupDirty_ = true;
+    }
+
+    /// The offsets of all levels as a record; upper levels must have followed. Both return one of
+    /// LBlindData's codes. What is read must have the levels of the owner's object, when there is
+    /// one, whose topology it shares; it forgets undo records and backup. A failed reading leaves
+    /// the delta as it was.
+    virtual int WriteTo(LBlindData* stream) const;
+    virtual int ReadFrom(LBlindData* stream);
 
   private:
     bool HasMovedSince(std::span<const LPoint3> known) const;
@@ -145,6 +179,7 @@ class LMorphDelta {
     bool detailsDirty_ = true;
     std::unique_ptr<LSubdivMesh> backup_;
     bool backupDirty_ = true;
+    int valid0_ = INT_MAX, valid1_ = INT_MIN;
 };
 
 }  // namespace VantrelSDK

@@ -4,8 +4,33 @@
 #include <climits>
 
 #include "core/morph/LMeshBases.h"
+#include "core/morph/MorphCallbacks.h"
+#include "core/morph/SkinFrames.h"
+#include "core/sculpt/LNode.h"
 
 namespace VantrelSDK {
+
+LMorphTarget::LMorphTarget(const LMorphTarget& other)
+    : owner_(other.owner_),
+      name_(other.name_),
+      backcolor_(other.backcolor_),
+      isdefback_(other.isdefback_),
+      image_(other.image_),
+      level0nv_(other.level0nv_),
+      geom_(other.geom_),
+      proxy_(other.proxy_),
+      colors_(other.colors_),
+      skin_(other.skin_) {
+    for (const auto& joint : other.joints_) {
+        joints_.push_back(other.newJoint());
+        *joints_.back() = *joint;
+    }
+}
+
+void LMorphTarget::SetGeom(SparseOffsets geom, SparseOffsets proxy) {
+    geom_ = std::move(geom);
+    proxy_ = std::move(proxy);
+}
 
 LPoint3 LMorphTarget::MorphVector(int v) const {
     const LPoint3* offset = geom_.Find(v);
@@ -16,6 +41,29 @@ bool LMorphTarget::MorphVector(int v, LPoint3& offset) const {
     const LPoint3* found = geom_.Find(v);
     if (found) offset = *found;
     return found != nullptr;
+}
+
+LAColor LMorphTarget::MorphColor(int v) const {
+    const LAColor* color = colors_.Find(v);
+    return color ? *color : LAColor();
+}
+
+bool LMorphTarget::MorphColor(int v, LAColor& color) const {
+    const LAColor* found = colors_.Find(v);
+    if (found) color = *found;
+    return found != nullptr;
+}
+
+void LMorphTarget::Traverse(NodeCallback* callback, bool limited, int limit) {
+    const int end = limited && limit >= 0 ? limit : INT_MAX;
+    const auto one = [&](int v, const auto&) { return callback->proc(v, this); };
+    if (callback->type() == 1) {
+        colors_.ForEach(end, one);
+        return;
+    }
+    const SparseOffsets& offsets = callback->isproxy() ? proxy_ : geom_;
+    const int last = callback->isproxy() ? INT_MAX : end;
+    if (!callback->procAll(offsets, last)) offsets.ForEach(last, one);
 }
 
 bool LMorphTarget::CopyFromMesh(const LSubdivMesh* delta) {
@@ -45,6 +93,27 @@ void LMorphTarget::ClearGeom() {
     proxy_.Clear();
 }
 
+void LMorphTarget::Clear() {
+    ClearGeom();
+    ClearColor();
+}
+
+bool LMorphTarget::CopyFromDelta(LMeshBasesUV2* bases) {
+    if (!owner_ || !owner_->CopyFromDelta(this, bases)) return false;
+    int count = 0;
+    if (const LPoint3* input = owner_->lobject() ? owner_->lobject()->GetInput(count) : nullptr)
+        CopySkin(input, count);
+    return true;
+}
+
+bool LMorphTarget::CopyToDelta() {
+    return owner_ && owner_->CopyToDelta(this);
+}
+
+bool LMorphTarget::CopyToDelta(LMeshBasesUV2* bases) {
+    return owner_ && owner_->CopyToDelta(this, bases);
+}
+
 int LMorphTarget::ApllyMorph(LMesh* mesh, float weight, int limit) const {
     const int count = mesh->GetNumVerts();
     return geom_.AddTo(mesh->GetVertsPtr(), limit < 0 ? count : std::min(limit, count), weight);
@@ -61,26 +130,15 @@ int LMorphTarget::ApllyMorph(const LMesh* base, LMesh* out, int limit) const {
     return touched;
 }
 
-int LMorphTarget::ApplyToLevels(LSubdivMesh* mesh, int levels, float weight) const {
-    const int all = mesh->GetNumSubivLevels();
-    const int count = levels < 0 ? all : std::min(levels, all);
-    if (count == 0) return 0;
-    const SparseOffsets& offsets = count == 1 && all > 1 ? proxy_ : geom_;
-    return offsets.AddTo(mesh->GetAllVertsPtr(), mesh->GetNumLevelVerts(count - 1), weight);
+int LMorphTarget::ApplyToLevels(LSubdivMesh* mesh, int levels, float weight) {
+    MultAndApplyToSudivMeshProxyCallback callback(mesh, weight, levels);
+    Traverse(&callback);
+    return callback.count();
 }
 
-void LMorphTarget::CopyToLevels(LSubdivMesh* mesh) const {
-    mesh->ClearAllLevelsVerts();
-    ApplyToLevels(mesh, INT_MAX, 1);
-}
-
-std::unique_ptr<LSubdivMesh> LMorphTarget::SkinSurface(const LSubdivMesh& geom, int levels) const {
-    auto surface = std::make_unique<LSubdivMesh>(*geom.GetLevelCopy(0));
-    std::copy_n(skin_.begin(), std::min<size_t>(skin_.size(), surface->GetNumVerts()),
-                surface->GetAllVertsPtr());
-    while (surface->GetNumSubivLevels() < levels && surface->SubdivideLike(geom, true)) {
-    }
-    return surface;
+void LMorphTarget::CopyToLevels(LSubdivMesh* mesh) {
+    CopyToSubdivMeshCallback callback(mesh);
+    Traverse(&callback);
 }
 
 namespace {
@@ -89,12 +147,6 @@ namespace {
 void InterpolateTop(LSubdivMesh& mesh) {
     const ISubdivLayer* top = mesh.GetSubdivs().GetTop();
     if (top) top->rule()->Interpolate(mesh.GetAllVertsPtr(), top->GetFirstVert());
-}
-
-void Transform(LSubdivMesh& mesh, const LSubdivMesh& surface, const LMeshBasesUV2& like,
-               int direction, int level) {
-    const LMeshBasesUV2 bases(&surface, like.GetUVSrc(), direction);
-    mesh.TransformVectorsByLocal(&bases, nullptr, level);
 }
 
 }  // namespace
@@ -106,53 +158,58 @@ bool LMorphTarget::AddSubdivLevel(LSubdivMesh* mesh) {
     return CopyFromMesh(mesh);
 }
 
-bool LMorphTarget::AddSubdivLevelOwnSkin(LSubdivMesh* mesh, const LSubdivMesh& geom,
-                                         const LMeshBasesUV2* bases) {
+bool LMorphTarget::AddSubdivLevelOwnSkin(LSubdivMesh* mesh, SkinFrames* below, SkinFrames* above) {
     if (skin_.empty()) return false;
-    if (!bases || !HasXYZ()) return AddSubdivLevel(mesh);
-    const int top = mesh->GetNumSubivLevels() - 1;
+    if (!below || !above || !HasXYZ()) return AddSubdivLevel(mesh);
     CopyToLevels(mesh);
-    Transform(*mesh, *SkinSurface(geom, top), *bases, LMeshBases::kTangentToObject, top - 1);
+    below->Transform(*mesh, skin_, LMeshBases::kTangentToObject);
     InterpolateTop(*mesh);
-    Transform(*mesh, *SkinSurface(geom, top + 1), *bases, LMeshBases::kObjectToTangent, top);
+    above->Transform(*mesh, skin_, LMeshBases::kObjectToTangent);
     return CopyFromMesh(mesh);
 }
 
-bool LMorphTarget::DeleteTopLevelOwnSkin(LSubdivMesh* mesh, const LSubdivMesh& geom,
-                                         const LMeshBasesUV2* bases) {
-    const int top = mesh->GetNumSubivLevels() - 1;
-    if (top < 1) return false;
-    if (skin_.empty() || !bases || !HasXYZ()) {
-        DeleteTopLevel(mesh->GetNumLevelVerts(top - 1));
-        return true;
-    }
-    CopyToLevels(mesh);
-    Transform(*mesh, *SkinSurface(geom, top + 1), *bases, LMeshBases::kTangentToObject, top);
-    mesh->DeleteTopLevel();
-    Transform(*mesh, *SkinSurface(geom, top), *bases, LMeshBases::kObjectToTangent, top - 1);
-    return CopyFromMesh(mesh);
+void LMorphTarget::DeleteTopLevel(int nverts) {
+    geom_.Truncate(nverts);
+    colors_.Truncate(nverts);
+}
+
+void LMorphTarget::DeleteTopLevelOwnSkin(int nverts, SkinFrames* below, SkinFrames* above) {
+    const bool throughObject = !skin_.empty() && below && above && HasXYZ();
+    if (!throughObject) return DeleteTopLevel(nverts);
+    Transform(*above, LMeshBases::kTangentToObject);
+    DeleteTopLevel(nverts);
+    if (geom_.empty()) geom_.AssignPlaceholder(nverts);
+    Transform(*below, LMeshBases::kObjectToTangent);
+}
+
+void LMorphTarget::Transform(SkinFrames& frames, int direction) {
+    frames.On(skin_);
+    geom_.Transform([&](int v, LPoint3 offset) {
+        frames.TransformAt(direction, v, offset);
+        return offset;
+    });
+    CreateProxyObj();
 }
 
 void LMorphTarget::CreateProxyObj() {
-    std::vector<LPoint3> level0(level0nv_);
-    geom_.AddTo(level0.data(), level0nv_, 1);
-    proxy_.Assign(level0.data(), level0nv_);
+    proxy_.Clear();
+    geom_.ForEach(level0nv_, [&](int v, const LPoint3& offset) {
+        if (!(offset == LPoint3::Zero)) proxy_.Append(v, offset);
+        return false;
+    });
+    proxy_.Pad(level0nv_);
 }
 
-void LMorphTarget::CreateProxyTang(LMeshBasesUV2* full, LMeshBasesUV2* low,
-                                   const LSubdivMesh& mesh) {
-    LSubdivMesh offsets(mesh, false);
-    CopyToLevels(&offsets);
-    const int fullDirection = full->GetDirection(), lowDirection = low->GetDirection();
-    full->SetDirection(LMeshBases::kTangentToObject);
-    low->SetDirection(LMeshBases::kObjectToTangent);
-    offsets.TransformVectorsByLocal(full, nullptr, -1);
-    while (offsets.DeleteTopLevel()) {
-    }
-    offsets.TransformVectorsByLocal(low, nullptr, 0);
-    full->SetDirection(fullDirection);
-    low->SetDirection(lowDirection);
-    proxy_.Assign(offsets.GetAllVertsPtr(), level0nv_);
+void LMorphTarget::CreateProxyTang(LMeshBasesUV2* full, LMeshBasesUV2* low) {
+    CreateProxyObj();
+    const BasesDirection out(full, LMeshBases::kTangentToObject);
+    const BasesDirection in(low, LMeshBases::kObjectToTangent);
+    const int fullTop = full->GetNumSubivLevels() - 1, lowTop = low->GetNumSubivLevels() - 1;
+    proxy_.Transform([&](int v, LPoint3 offset) {
+        full->TransformAt(fullTop, v, offset);
+        low->TransformAt(lowTop, v, offset);
+        return offset;
+    });
 }
 
 }  // namespace VantrelSDK

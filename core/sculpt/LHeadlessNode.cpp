@@ -5,8 +5,11 @@
 #include <cmath>
 #include <new>
 
+#include "core/io/LBlindData.h"
 #include "core/mesh/Triangulation.h"
+#include "core/sculpt/LNodeRecord.h"
 #include "core/subdiv/LUVSubdivChannel.h"
+#include "core/subdiv/LevelPolygons.h"
 
 namespace VantrelSDK {
 
@@ -20,6 +23,7 @@ class HeadlessMeshObject : public LMeshObject {
     HeadlessMeshObject(LNode* owner, const PolyMesh& mesh) : LMeshObject(owner) {
         InitGeom(Triangulate(mesh));
     }
+    explicit HeadlessMeshObject(LNode* owner) : LMeshObject(owner) {}
     /// Takes the UV set of the mesh, when it has one.
     bool AddUVs(const PolyMesh& mesh, std::string& error) {
         if (mesh.cornerUVs.empty()) return true;
@@ -54,56 +58,6 @@ bool IsFinite(const LPoint3& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
-/// Takes the polygons of a level above the base, in order of the polygons that they lie in: quads
-/// of a quad level, else triangles, with their UVs.
-class LevelPolygons {
-  public:
-    LevelPolygons(const LMeshObject& object, int level, PolyMesh& result)
-        : layer_(*object.GetOrigGeom()->GetSubdivs().GetLayer(level)),
-          faces_(layer_.topology()->Faces()),
-          result_(result) {
-        if (const LUVSubdivChannel* uvs = object.GetUVChannel(0)) {
-            uvs_ = uvs->LevelFaces(level);
-            const std::span<const LPoint2> points = uvs->AllVerts();
-            const size_t count = uvs_.empty() ? 0 : uvs->GetNumLevelVerts(level);
-            result.uvs.assign(points.begin(), points.begin() + count);
-        }
-        if (layer_.GetType() == 1) taken_.resize(faces_.size() / 2);
-        const size_t corners = layer_.GetType() == 1 ? faces_.size() * 2 : faces_.size() * 3;
-        result.cornerVerts.reserve(corners);
-        if (!uvs_.empty()) result.cornerUVs.reserve(corners);
-    }
-
-    /// The polygon that face f of the level belongs to, once; with its UVs when `withUVs`.
-    void Take(int f, bool withUVs) {
-        withUVs_ = withUVs;
-        if (layer_.GetType() != 1) {
-            AddCorners(f, 0, 3);
-        } else {
-            if (taken_[f / 2]++) return;
-            AddCorners(f & ~1, 0, 3);
-            AddCorners(f | 1, 1, 2);
-        }
-        result_.polygonStart.push_back(static_cast<int>(result_.cornerVerts.size()));
-    }
-
-  private:
-    void AddCorners(int f, int from, int to) {
-        const auto add = [&](std::vector<int>& list, const int32_t* v) {
-            list.insert(list.end(), v + from, v + to);
-        };
-        add(result_.cornerVerts, faces_[f].v);
-        if (!uvs_.empty()) add(result_.cornerUVs, withUVs_ ? uvs_[f].v : LUVChannel::MFace().v);
-    }
-
-    const ISubdivLayer& layer_;
-    const std::vector<LFace>& faces_;
-    std::span<const LUVChannel::MFace> uvs_;
-    PolyMesh& result_;
-    std::vector<uint8_t> taken_;
-    bool withUVs_ = true;
-};
-
 /// Every corner of polygon p has a UV.
 bool HasUVs(const PolyMesh& mesh, int p) {
     if (mesh.cornerUVs.empty()) return false;
@@ -112,24 +66,39 @@ bool HasUVs(const PolyMesh& mesh, int p) {
            corner + mesh.polygonStart[p + 1];
 }
 
+/// The UVs of a level; none in what lies in a polygon that lacks one.
+void TakeUVs(const LMeshObject& object, int level, const PolyMesh& source,
+             const LevelPolygons& polygons, PolyMesh& result) {
+    const LUVSubdivChannel* uvs = object.GetUVChannel(0);
+    const std::span<const LUVChannel::MFace> faces =
+        uvs ? uvs->LevelFaces(level) : std::span<const LUVChannel::MFace>();
+    if (faces.empty()) return;
+    const std::span<const LPoint2> points = uvs->AllVerts();
+    result.uvs.assign(points.begin(), points.begin() + uvs->GetNumLevelVerts(level));
+    result.cornerUVs.assign(polygons.corners.size(), -1);
+    for (int p = 0; p < source.NumPolygons(); ++p) {
+        if (!HasUVs(source, p)) continue;
+        for (int c = polygons.starts[polygons.firstOf[p]];
+             c < polygons.starts[polygons.firstOf[p + 1]]; ++c)
+            result.cornerUVs[c] = faces[polygons.corners[c] / 3].v[polygons.corners[c] % 3];
+    }
+}
+
 void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, PolyMesh& result) {
     const LSubdivMesh& geom = *object.GetOrigGeom();
-    LevelPolygons polygons(object, level, result);
-    std::vector<int> subs;
-    size_t next = 0;
-    const auto takeStatements = [&](int before) {
-        for (; next < source.statements.size() && source.statements[next].polygon <= before; ++next)
-            result.statements.Add(result.NumPolygons(), source.statements[next].text);
-    };
-    for (int p = 0; p < source.NumPolygons(); ++p) {
-        takeStatements(p);
-        subs.clear();
-        for (int f = FirstFaceOf(source, p); f < FirstFaceOf(source, p + 1); ++f)
-            geom.FindSubFaces(f, subs, geom.GetSubdivs().GetLayer(level));
-        const bool withUVs = HasUVs(source, p);
-        for (const int sub : subs) polygons.Take(sub, withUVs);
-    }
-    takeStatements(source.NumPolygons());
+    std::vector<int> firstFaces(source.polygonStart.size());
+    for (size_t p = 0; p < firstFaces.size(); ++p)
+        firstFaces[p] = FirstFaceOf(source, static_cast<int>(p));
+    LevelPolygons polygons(geom, level, firstFaces);
+    const std::vector<LFace>& faces = geom.GetLevelTopology(level)->Faces();
+    result.cornerVerts.resize(polygons.corners.size());
+    for (size_t c = 0; c < polygons.corners.size(); ++c)
+        result.cornerVerts[c] = faces[polygons.corners[c] / 3].v[polygons.corners[c] % 3];
+    TakeUVs(object, level, source, polygons, result);
+    result.polygonStart = std::move(polygons.starts);
+    for (size_t i = 0; i < source.statements.size(); ++i)
+        result.statements.Add(polygons.firstOf[source.statements[i].polygon],
+                              source.statements[i].text);
 }
 
 }  // namespace
@@ -137,6 +106,7 @@ void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, 
 LHeadlessNode::LHeadlessNode(int workers, ProgressFactory progress)
     : LNode(workers), progress_(std::move(progress)) {
     UpdateFalloffs();
+    AddFrameTerm(&weights_);
 }
 
 bool LHeadlessNode::Load(const PolyMesh& mesh, std::string& error) try {
@@ -145,6 +115,7 @@ bool LHeadlessNode::Load(const PolyMesh& mesh, std::string& error) try {
         return false;
     }
     Reset();
+    weights_.Clear();
     auto object = std::make_unique<HeadlessMeshObject>(this, mesh);
     if (!object->AddUVs(mesh, error)) return false;
     if (Init(std::move(object)) == 0 && CreateDelta()) return true;
@@ -157,10 +128,18 @@ bool LHeadlessNode::Load(const PolyMesh& mesh, std::string& error) try {
 
 bool LHeadlessNode::GetResult(const PolyMesh& source, int level, PolyMesh& result,
                               std::string& error) try {
-    const LSubdivMesh& geom = *lobject()->GetOrigGeom();
     UpdateSubdivLevels();
-    const LPoint3 *base = geom.GetAllVertsPtr(),
-                  *delta = GetDelta()->GetOrigMesh()->GetAllVertsPtr();
+    if (IsSculpting()) return GetResult(source, level, *GetDelta()->GetOrigMesh(), result, error);
+    return GetResult(source, level, *GetObjectDelta(), result, error);
+} catch (const std::bad_alloc&) {
+    error = "there is not enough memory for the result";
+    return false;
+}
+
+bool LHeadlessNode::GetResult(const PolyMesh& source, int level, const LSubdivMesh& offsets,
+                              PolyMesh& result, std::string& error) const try {
+    const LSubdivMesh& geom = BaseShape();
+    const LPoint3 *base = geom.GetAllVertsPtr(), *delta = offsets.GetAllVertsPtr();
     result = {};
     result.positions.resize(geom.GetNumLevelVerts(level));
     for (size_t v = 0; v < result.positions.size(); ++v) {
@@ -181,6 +160,44 @@ bool LHeadlessNode::GetResult(const PolyMesh& source, int level, PolyMesh& resul
     return true;
 } catch (const std::bad_alloc&) {
     error = "there is not enough memory for the result";
+    return false;
+}
+
+bool LHeadlessNode::SaveState(const std::string& path, std::string& error) {
+    // Between sessions the delta is held as others read it.
+    if (IsSculpting()) FinishSculpt(true);
+    LBlindData block;
+    LNodeRecord record(*this, {});
+    int code = block.BeginWrite();
+    if (code == 0) code = record.WriteTo(&block);
+    if (code == 0) code = block.EndWrite();
+    if (code == 0) return block.WriteToFile(path.c_str(), GetKelmoVersionInt(), &error);
+    error = path + ": there is not enough memory to save the node";
+    return false;
+}
+
+bool LHeadlessNode::LoadState(const std::string& path, std::string& error, int* version) {
+    LBlindData block;
+    int stored = 0;
+    if (!block.ReadFromFile(path.c_str(), stored, &error)) {
+        // The message is a line, and doesn't always name the file.
+        if (error.ends_with('\n')) error.pop_back();
+        if (error.find(path) == error.npos) error = path + ": " + error;
+        return false;
+    }
+    if (version) *version = stored;
+    LNodeRecord record(*this, [this] { return std::make_unique<HeadlessMeshObject>(this); });
+    char digits[4];
+    int code = block.BeginRead(digits);
+    if (code == 0) code = record.ReadFrom(&block);
+    if (code == 0) code = block.EndRead();
+    if (code == 0 && !lobject()) code = LBlindData::kBadRecord;
+    if (code == 0) return true;
+    error = path +
+            (code == LBlindData::kNoMemory ? ": there is not enough memory for this node"
+                                           : ": this is not the state of a node, or it is "
+                                             "damaged; code ") +
+            (code == LBlindData::kNoMemory ? "" : std::to_string(code));
     return false;
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "core/io/PolyMesh.h"
+#include "core/morph/LTargetWeights.h"
 #include "core/sculpt/LNode.h"
 #include "core/sculpt/LNodeSettings.h"
 
@@ -27,6 +28,19 @@ class LHeadlessNode : public LNode {
     /// that they lie in. Levels above the active one have followed. False, with the reason, when a
     /// position has left the range of numbers.
     bool GetResult(const PolyMesh& source, int level, PolyMesh& result, std::string& error);
+    /// The same for other offsets in object space, of all levels, than those sculpted.
+    bool GetResult(const PolyMesh& source, int level, const LSubdivMesh& offsets, PolyMesh& result,
+                   std::string& error) const;
+
+    /// The weights that targets have in every frame; see SetTime.
+    LTargetWeights& weights() { return weights_; }
+
+    /// Writes the node's state to a file of its own, whole or not at all, or takes it from one, see
+    /// LNodeRecord; settings are not in it. Both end a session. False with the reason; after a
+    /// failed loading the node is not to be used on. `version` takes the file's, when it is asked
+    /// for.
+    bool SaveState(const std::string& path, std::string& error);
+    bool LoadState(const std::string& path, std::string& error, int* version = nullptr);
 
     LNodeSettings& settings() { return settings_; }
     const LNodeSettings& settings() const { return settings_; }
@@ -73,11 +87,17 @@ class LHeadlessNode : public LNode {
     int getActiveMask() const override { return settings_.dynMaskActive; }
     int getObjSmoothIt() const override { return settings_.objSmIt; }
     int getUVchannel() const override { return settings_.UVchannel; }
+    int getBlendSpace() const override { return settings_.blendSpace; }
+    int getCsSpace() const override { return settings_.csSpace; }
+    int getPsdSpace() const override { return settings_.psdSpace; }
+    bool getFullEvalForRecord() const override { return settings_.fullRecEval; }
+    int getNumRenderSubdivisionLevels() const override { return settings_.numRenderSubdivLvls; }
 
   private:
     LNodeSettings settings_;
     ProgressFactory progress_;
     float penPressure_ = 1;
+    LTargetWeights weights_{*this};
 };
 
 }  // namespace VantrelSDK

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "core/io/SystemMemory.h"
+#include "core/morph/LMeshBases.h"
 #include "core/sculpt/BrushWeights.h"
 #include "core/sculpt/LDynMask.h"
 
@@ -13,6 +14,13 @@ namespace VantrelSDK {
 int LNode::prefNumInterpolationSteps = 4;
 bool LNode::prefGlidingTool = true;
 int LNode::prefTreeUpdateOnStrokeEnd = 2;
+int LNode::prefSubdivisionMethod = 1;
+int LNode::prefNumSmoothIterations = 2, LNode::prefNumSharpenIterations = 1;
+int LNode::prefMutltiThreadSmooth = 0;
+int LNode::prefNumFacesDisplayFallback = 2250000;
+int LNode::prefDoSampleTexEdges = 1, LNode::prefTrySampleMaps = 1, LNode::prefDoPix = 0;
+int LNode::prefDoUseTablet = 0, LNode::prefRehashMtlBeforeRender = 0;
+int LNode::prefDumpDiagnostics = 0;
 
 namespace {
 
@@ -63,7 +71,8 @@ void SetCtrlPressed(bool pressed) {
 }
 
 LNode::LNode(int workers)
-    : lthGrp_(std::make_unique<LThreadGroup>(workers)),
+    : LTargetLists(this),
+      lthGrp_(std::make_unique<LThreadGroup>(workers)),
       rgen_(std::make_unique<LRandomMother>()),
       theThDts_(lthGrp_->GetNumWorkers()) {}
 
@@ -76,6 +85,9 @@ int LNode::Init(std::unique_ptr<LMeshObject> object) {
         return 2;
     deleteAllLevelTrees();
     lobject_ = std::move(object);
+    lneutralLimit_.reset();
+    lneutralLimit0_.reset();
+    if (GetNumMorphs() == 0) InitMorphs(lobject_->GetOrigGeom()->GetNumLevelVerts(0));
     return 0;
 }
 
@@ -84,6 +96,12 @@ void LNode::Reset() {
     lcurMorph_.reset();
     lobject_.reset();
     lblendCache_.reset();
+    lneutralLimit_.reset();
+    lneutralLimit0_.reset();
+    lneutralBackup_.reset();
+    neutralbases_.reset();
+    keptDelta_ = {};
+    clearMorphs();
 }
 
 bool LNode::CreateDelta() {
@@ -94,12 +112,12 @@ bool LNode::CreateDelta() {
 
 bool LNode::InitSculpt() {
     if (!lobject_ || lobject_->IsEmpty() || !lcurMorph_) return false;
+    FinishSculpt(false);
     ProgressScope progress(getProgressCallbck());
-    lsculpt_ = true;
-    lstroke_ = false;
-    lmode_ = -1;
     lobject_->Update(nullptr, lcurMorph_->GetOrigMesh(), -1);
-    lcurMorph_->CacheDetails(false);
+    UpdateNeutralShape();
+    DeltaToObject();
+    lsculpt_ = true;
     lentryCache_ = std::make_unique<LSubdivMesh>(*lcurMorph_->GetOrigMesh(), false);
     ++surface_;
     const bool opened = progress.Reach(0.1f) &&
@@ -112,6 +130,7 @@ bool LNode::InitSculpt() {
 bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     // Made now, so that no press has to.
     lcurMorph_->AllockBack();
+    if (HasTargets()) setBlendCache(blendIndex_);
     lsmoothCache_.reset();
     vertexNormals_.Reset(lobject_->GetNumVerts());
     normalSmoother_.Reset(lobject_->GetNumVerts());
@@ -140,6 +159,10 @@ void LNode::RestartLevel(ProgressScope& progress, float from) {
 }
 
 void LNode::FinishSculpt(bool) {
+    if (lsculpt_) {
+        lcurMorph_->FlushUndo();
+        DeltaToTangent();
+    }
     lsculpt_ = lstroke_ = false;
     lmode_ = -1;
     lentryCache_.reset();
@@ -170,8 +193,25 @@ bool LNode::CanSubdivide(bool quad, std::string& error) const try {
     return false;
 }
 
+/// The delta is in object space while this lives, whether there is a session or not.
+class LNode::InObjectSpace {
+  public:
+    explicit InObjectSpace(LNode& node) : node_(node.lsculpt_ ? nullptr : &node) {
+        if (node_) node_->DeltaToObject();
+    }
+    ~InObjectSpace() {
+        if (node_) node_->DeltaToTangent();
+    }
+    InObjectSpace(const InObjectSpace&) = delete;
+    InObjectSpace& operator=(const InObjectSpace&) = delete;
+
+  private:
+    LNode* node_;
+};
+
 bool LNode::AddLevel(bool quad) {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    const InObjectSpace space(*this);
     ProgressScope progress(getProgressCallbck());
     GoToLevel(lobject_->GetOrigGeom()->GetNumSubivLevels() - 1, progress, 0.2f);
     const bool smooth = getDoSmoothGeomSubdivision(), open = getDoProtectOpenEdgesSmoothing();
@@ -187,6 +227,12 @@ bool LNode::AddLevel(bool quad) {
         lobject_->DeleteTopLevelSudiv(false);
         return false;
     }
+    if (HasTargets()) {
+        LSubdivMesh scratch(*lcurMorph_->GetOrigMesh(), false);
+        AddTargetsLevel(scratch, geom, lobject_->GetActiveUVChannel(), lthGrp());
+    }
+    RenewProxies();
+    UpdateNeutralShape();
     RestartLevel(progress, 0.6f);
     return true;
 }
@@ -202,6 +248,7 @@ bool LNode::SubdivideAll_Quad() {
 bool LNode::SetActiveSubdivLevel(unsigned level) {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
     if (static_cast<int>(level) >= lobject_->GetOrigGeom()->GetNumSubivLevels()) return false;
+    const InObjectSpace space(*this);
     ProgressScope progress(getProgressCallbck());
     GoToLevel(level, progress, 0.6f);
     RestartLevel(progress, 0.6f);
@@ -214,18 +261,24 @@ void LNode::GoToLevel(unsigned level, ProgressScope& progress, float share) {
     lcurMorph_->SetActiveSubdivLevel(level, true,
                                      [&](float done) { progress.Reach(share * done); });
     lobject_->SetActiveSubdivLevel(static_cast<int>(level));
+    if (neutralbases_) neutralbases_->SetActiveLevel(level);
     if (lentryCache_) lentryCache_->SetActiveLevel(level);
 }
 
 bool LNode::DeleteTopLevelSudiv() {
     if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    const InObjectSpace space(*this);
     ProgressScope progress(getProgressCallbck());
     UpdateSubdivLevels();
+    if (HasTargets())
+        DeleteTargetsLevel(*lobject_->GetOrigGeom(), lobject_->GetActiveUVChannel(), lthGrp());
     if (!lobject_->DeleteTopLevelSudiv(false)) return false;
     lcurMorph_->DeleteTopLevelSudiv();
     if (lentryCache_) lentryCache_->DeleteTopLevel();
     const size_t levels = lobject_->GetOrigGeom()->GetNumSubivLevels();
     if (levelCaches_.size() > levels) levelCaches_.resize(levels);
+    RenewProxies();
+    UpdateNeutralShape();
     RestartLevel(progress, 0.5f);
     return true;
 }
@@ -250,6 +303,25 @@ bool LNode::UpdateBase() {
     return true;
 }
 
+bool LNode::AddToLevel0(std::span<const LPoint3> offsets) {
+    if (!lobject_ || !lcurMorph_ || lstroke_) return false;
+    LSubdivMesh& delta = *lcurMorph_->GetOrigMesh();
+    if (static_cast<int>(offsets.size()) != delta.GetNumLevelVerts(0)) return false;
+    const InObjectSpace space(*this);
+    ProgressScope progress(getProgressCallbck());
+    const unsigned active = delta.GetActiveLevel();
+    GoToLevel(0, progress, 0.3f);
+    for (size_t v = 0; v < offsets.size(); ++v)
+        if (offsets[v] != LPoint3::Zero) lcurMorph_->OffsetVert(static_cast<int>(v), offsets[v]);
+    GoToLevel(active, progress, 0.6f);
+    RestartLevel(progress, 0.6f);
+    return true;
+}
+
+LSubdivMesh& LNode::BaseShape() const {
+    return neutralbases_ ? *neutralbases_ : *lobject_->GetOrigGeom();
+}
+
 LNode::LevelCaches& LNode::ActiveCaches() {
     const size_t level = lobject_->GetOrigGeom()->GetActiveLevel();
     if (levelCaches_.size() <= level) levelCaches_.resize(level + 1);
@@ -262,14 +334,14 @@ void LNode::fillSculptCache() {
     if (!lmeshCache_ || lmeshCache_->Topology() != topology)
         lmeshCache_ = std::make_unique<LMesh>(
             topology, std::span(geom.GetAllVertsPtr(), topology->GetNumVerts()));
-    const LPoint3 *base = geom.GetAllVertsPtr(),
+    const LPoint3 *base = BaseShape().GetAllVertsPtr(),
                   *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
     LPoint3* verts = lmeshCache_->GetVertsPtr();
     for (int v = 0; v < topology->GetNumVerts(); ++v) verts[v] = base[v] + delta[v];
 }
 
 void LNode::updateSculptCache() {
-    const LPoint3 *base = lobject_->GetOrigGeom()->GetAllVertsPtr(),
+    const LPoint3 *base = BaseShape().GetAllVertsPtr(),
                   *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
     LPoint3* verts = lmeshCache_->GetVertsPtr();
     for (const int v : lcurMorph_->DirtyVerts()) verts[v] = base[v] + delta[v];
@@ -279,7 +351,7 @@ void LNode::setLevelDisplayCache() {
     LevelCaches& caches = ActiveCaches();
     if (!caches.display) {
         caches.display = std::make_unique<LDisplayCache>(this, lthGrp_.get());
-        caches.display->Init(lobject_->GetSubdivGeom(), lcurMorph_->GetMesh());
+        caches.display->Init(&BaseShape(), lcurMorph_->GetMesh());
         caches.shown = 0;
     }
     if (caches.shown != surface_) caches.display->CalcAll();

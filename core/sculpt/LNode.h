@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "core/mesh/LOctTree.h"
 #include "core/mesh/LSmoothCache.h"
 #include "core/morph/LMorphDelta.h"
+#include "core/morph/LTargetLists.h"
 #include "core/sculpt/LFalloffCache.h"
 #include "core/sculpt/LThreadGroup.h"
 #include "core/sculpt/NormalSmoother.h"
@@ -22,6 +24,8 @@
 namespace VantrelSDK {
 
 class LDynMask;
+class LFrameTerm;
+class LMeshBasesUV2;
 class LPattern;
 struct StrokeStep;
 
@@ -43,18 +47,20 @@ void SetShiftPressed(bool pressed);
 bool IsCtrlPressed();
 void SetCtrlPressed(bool pressed);
 
-/// The scene object of one sculpted mesh: its geometry, its delta, and the cycle of session, stroke
-/// and step in which the brushes change it.
+/// The scene object of one sculpted mesh: its geometry, its delta, its stored shapes, and the cycle
+/// of session, stroke and step in which the brushes change it.
 ///
 /// A session (InitSculpt to FinishSculpt) holds a search tree and a display cache for the active
-/// level. A stroke is a press (InitTransform), moves (Transform) and a release (FinishTransform),
-/// and makes one undo record. Its cost follows what is under the brush, not the mesh: whole-mesh
-/// work happens when a session opens or a level changes. Positions are in object space.
+/// level, and the delta in object space; between sessions the delta rides on the surface, in its
+/// frames, so that it survives a change of the input's pose. A stroke is a press (InitTransform),
+/// moves (Transform) and a release (FinishTransform), and makes one undo record. Its cost follows
+/// what is under the brush, not the mesh: whole-mesh work happens when a session opens or a level
+/// changes. Positions are in object space.
 ///
 /// Settings are read through the get... family, which a host node answers from its attributes and
 /// LHeadlessNode from plain values. All entry points run on one thread; steps fan out to the worker
 /// group and join it before they return.
-class LNode {
+class LNode : public LTargetLists {
   public:
     /// Preferences.
     /// Below 2, a fast stroke is not filled in between its samples; otherwise how finely.
@@ -63,10 +69,26 @@ class LNode {
     static bool prefGlidingTool;
     /// How: 2 by refitting it, 3 by building it anew.
     static int prefTreeUpdateOnStrokeEnd;
+    /// How a mesh without levels would be subdivided: 1 to quads, 0 to triangles.
+    static int prefSubdivisionMethod;
+    /// What the iterations of a new node's smooth and sharpen brushes are offered as.
+    static int prefNumSmoothIterations, prefNumSharpenIterations;
+    /// Whether smoothing may use the workers.
+    static int prefMutltiThreadSmooth;
+    /// From so many faces on the display falls back to a simpler one.
+    static int prefNumFacesDisplayFallback;
+    /// How maps are sampled when they are baked and painted.
+    static int prefDoSampleTexEdges, prefTrySampleMaps, prefDoPix;
+    /// The tablet's pressure counts.
+    static int prefDoUseTablet;
+    /// Materials are looked at anew when groups of faces change.
+    static int prefRehashMtlBeforeRender;
+    /// A diagnostic log is written; see Profile.h.
+    static int prefDumpDiagnostics;
 
     /// `workers` 0 means one per processor.
     explicit LNode(int workers = 0);
-    virtual ~LNode();
+    ~LNode() override;
     LNode(const LNode&) = delete;
     LNode& operator=(const LNode&) = delete;
 
@@ -76,12 +98,14 @@ class LNode {
     // The object and its delta.
 
     /// Takes a mesh object. 0 done; 1 it is null or empty; 2 the node has an object and a delta,
-    /// and the new mesh differs in both counts: nothing is taken.
+    /// and the new mesh differs in both counts: nothing is taken. A node without targets gets the
+    /// standard ones, which are empty, and an empty neutral.
     virtual int Init(std::unique_ptr<LMeshObject> object);
     virtual void Reset();
     /// False without an object.
     virtual bool CreateDelta();
     LMorphDelta* GetDelta() const { return lcurMorph_.get(); }
+    LSubdivMesh* GetDeltaMesh() const { return lcurMorph_ ? lcurMorph_->GetOrigMesh() : nullptr; }
     /// The longest delta vector, 0 without a delta.
     float GetMaxDelta() const { return lcurMorph_ ? lcurMorph_->GetMaxDelta() : 0; }
 
@@ -90,6 +114,8 @@ class LNode {
     /// Opens a session at the active level. False, and no session, without an object and a delta,
     /// or when the user stops it. Changes no surface.
     virtual bool InitSculpt();
+    /// Leaves it. What was sculpted is kept in the frames of the surface, and read back through
+    /// those that there are when the next session opens. Undo ends here.
     virtual void FinishSculpt(bool keep);
     bool IsSculpting() const { return lsculpt_; }
     bool IsStroking() const { return lstroke_; }
@@ -128,6 +154,123 @@ class LNode {
     /// Makes the base shape anew from the input, after a change of its smoothing. False in a
     /// stroke.
     bool UpdateBase();
+    /// Takes everything out of the delta. False in a stroke.
+    bool ZeroDelta();
+    /// Takes offsets shorter than `length` out of it. False in a stroke.
+    bool ZeroShortOffsets(float length);
+    /// Adds an offset in object space to the delta of each vertex of level 0; upper levels follow.
+    /// False, and nothing happens, in a stroke and for another number of them.
+    bool AddToLevel0(std::span<const LPoint3> offsets);
+
+    // Frames: what the delta is at a time. Ticks are 4000 a second.
+
+    /// Replaces the delta by the sum of a time, of `levels` levels (-1: all). An open session goes
+    /// on with it. False when a group blend owns the delta.
+    bool SetTime(int ticks, int levels);
+    int ltime() const { return ltime_; }
+    /// What a frame adds up over the neutral, in this order; borrowed.
+    const std::vector<LFrameTerm*>& frameTerms() const { return frameTerms_; }
+    void AddFrameTerm(LFrameTerm* term) { frameTerms_.push_back(term); }
+    /// Bracket the blending of a group, which then owns the delta.
+    void InitGroupBlend();
+    void FinishGroupBlend();
+    /// The delta of a vertex of the active level, zero without one. The number has no effect, as in
+    /// GetDeformation.
+    void calcMorph(int vertex, int, LPoint3& out) const;
+    /// calcMorph of all vertices, from malloc, the caller's to free; `count` takes their number.
+    /// Null without an object or targets.
+    LPoint3* GetDeformation(int time, int& count) const;
+    /// out = the geometry of the active level plus a target. False, and nothing written, for null
+    /// or another number of vertices.
+    bool EvalMorph(const LMorphTarget* target, LMesh* out) const;
+    bool EvalMorph(int index, LMesh* out) const;
+    /// The delta as it looks in object space; the caller's.
+    std::unique_ptr<LSubdivMesh> GetObjectDelta() const;
+
+    // Between targets and the delta. False for a null target; without a delta nothing happens.
+
+    /// The delta becomes the neutral and the target, by the frames of the surface as it is, or with
+    /// `bases` as they lie on the target's own skin.
+    bool CopyToDelta(LMorphTarget* target);
+    bool CopyToDelta(LMorphTarget* target, LMeshBasesUV2* bases);
+    /// The target takes the delta without the neutral, in the space that targets of its kind are
+    /// held in. `bases` are the frames of the surface; null: the spaces are one.
+    bool CopyFromDelta(LMorphTarget* target, LMeshBasesUV2* bases);
+    /// The same by the frames of the moment, the target taking the input as its skin.
+    bool StoreTarget(LMorphTarget* target);
+    bool LoadTarget(LMorphTarget* target);
+    /// The target takes what was done since the session's beginning at its weight `weight`, which
+    /// isn't 0, on top of what it holds.
+    bool MixWithDelta(LMixTarget* mix, LMeshBasesUV2* bases, float weight);
+    /// Makes a target of positions: of the active level's vertices in object space, or of a posed
+    /// mesh of the top level. False for another number of them.
+    bool MakeMorph(std::span<const float> xs, std::span<const float> ys, std::span<const float> zs,
+                   LMorphTarget* target) const;
+    bool MakeMorphFromMesh(const LMesh* mesh, LMorphTarget* target);
+    /// The shape of a target for the blend brushes, at the active level: of the standard, extra,
+    /// pose and mix targets, counted through. In tangent space the target over the neutral, in
+    /// object space its skin. Past the last the geometry; null without an object and for another
+    /// space.
+    std::unique_ptr<LMesh> GetBlendTarg(int index, int space) const;
+    bool setBlendCache(int index);
+
+    // The neutral.
+
+    /// The delta becomes the neutral; every target keeps the shape that it has with the neutral.
+    bool createNeutral();
+    /// Empties it, targets keeping their shapes. False when it is empty.
+    bool clearNeutral();
+    /// From now on the base shape is the neutral's skin, or the input again. False, with the
+    /// reason, when it can't be, and in a stroke.
+    bool Neutralize(bool on, std::string& why);
+    bool IsNeutralizing() const { return neutralbases_ != nullptr; }
+    /// What the delta is over: the object's geometry, or the neutral's skin on all levels.
+    LSubdivMesh& BaseShape() const;
+    /// The frames of that; null without UVs.
+    LMeshBasesUV2* GetDeltaBases() const;
+
+    // Spaces. Tangent space are the frames of a surface by a UV channel: of the present one for the
+    // delta, of its own skin, smoothed so many times, for each target that has one.
+
+    /// Takes the delta (unless a session has it) and all targets in object space to tangent space:
+    /// the neutral, standard targets and those of groups, and where they are held there poses,
+    /// flexors and mix targets. The neutral keeps its shape when the smoothing goes from
+    /// `oldIterations` to `newIterations`. False, and nothing happens, without such a channel.
+    bool ConvertObj2Tang(int channel, int oldIterations, int newIterations);
+    bool ConvertTang2Obj(int channel, int iterations);
+    /// After a change of the active channel from `former`: the delta, unless a session has it, and
+    /// all targets go by way of object space to the frames of the new one.
+    void MoveToChannel(int former);
+    /// The neutral alone, by the active channel.
+    bool ConvertObj2TangNeutral(int oldIterations, int newIterations);
+    bool ConvertTang2ObjNeutral(int iterations);
+    /// Neutral, poses and flexors keep their shapes when the smoothing of the input changes; what
+    /// else there is follows the surface. False when nothing changes.
+    bool ConvertSmoothing3(int oldIterations, int newIterations);
+    /// The skin of a target, smoothed, on `levels` levels (-1: all).
+    std::unique_ptr<LSubdivMesh> getDivSkin(const LMorphTarget* target, int iterations,
+                                            int levels) const;
+    /// The first smoothing of it less the second.
+    std::unique_ptr<LSubdivMesh> diffSkin(const LMorphTarget* target, int oldIterations,
+                                          int newIterations) const;
+    /// Keeps the shape of a target in object space when its base is smoothed otherwise.
+    void rcalcTarget(LMorphTarget* target, int oldIterations, int newIterations) const;
+    /// What level 0 shows of a target: in tangent space read on the neutral's skin.
+    void addProxy2target(LMorphTarget* target, bool tangent);
+    void addProxies2targets();
+    /// Makes the frames of the neutral's skin anew, over `mesh` (null: the geometry's levels).
+    /// Nothing without a skin.
+    void updateNeutralLimit(const LSubdivMesh* mesh);
+    LMeshBasesUV2* lneutralLimit() const { return lneutralLimit_.get(); }
+    LMeshBasesUV2* lneutralLimit0() const { return lneutralLimit0_.get(); }
+    std::unique_ptr<LMeshBasesUV2>& _lneutralLimit() { return lneutralLimit_; }
+    std::unique_ptr<LMeshBasesUV2>& _lneutralLimit0() { return lneutralLimit0_; }
+    /// A matrix for each face of level 0 from the shape `pre` (null: the geometry) to `post`: the
+    /// inverse of the frame before; with the first target set, its frame on `post` undone first.
+    /// From malloc, the caller's to free; null without memory or for another number of vertices.
+    LMatrix3* calcSkinTMs(const LMesh* post, const LMesh* pre) const;
+    /// A level-0 copy of the neutral that is kept with it; null without one.
+    std::unique_ptr<LMesh>& _lneutralBackup() { return lneutralBackup_; }
 
     // Trees and caches of the active level.
 
@@ -218,9 +361,33 @@ class LNode {
     virtual int getObjSmoothIt() const = 0;
     /// The UV channel that frames come from.
     virtual int getUVchannel() const = 0;
+    /// The space that blend targets are shown in, and those that flexors and poses are held in.
+    virtual int getBlendSpace() const = 0;
+    virtual int getCsSpace() const = 0;
+    virtual int getPsdSpace() const = 0;
+    /// Frames are evaluated while a group is blended.
+    virtual bool getFullEvalForRecord() const = 0;
+    virtual int getNumRenderSubdivisionLevels() const = 0;
     int GetObjSmoothIt() const { return getObjSmoothIt(); }
     bool SculptTransformMode() const { return IsSculptTransformMode(getTransformMode(false)); }
     bool PaintTransformMode() const { return IsPaintTransformMode(getTransformMode(false)); }
+
+    /// The delta is in tangent space while this lives, in a session too. What was in object space
+    /// comes back bit for bit.
+    class InTangentSpace {
+      public:
+        explicit InTangentSpace(LNode& node) : node_(node.lsculpt_ ? &node : nullptr) {
+            if (node_) node_->DeltaToTangent();
+        }
+        ~InTangentSpace() {
+            if (node_) node_->DeltaToObject();
+        }
+        InTangentSpace(const InTangentSpace&) = delete;
+        InTangentSpace& operator=(const InTangentSpace&) = delete;
+
+      private:
+        LNode* node_;
+    };
 
     // What the brushes work with.
 
@@ -290,7 +457,41 @@ class LNode {
         unsigned shown = 0;
     };
 
+    struct Stage {
+        std::string name;
+        std::vector<LMorphTarget*> targets;
+    };
+    struct SmoothingPass;
+    class InObjectSpace;
+    /// The delta as it was in object space, and on which surface: where that is the same still, the
+    /// bits come back.
+    struct KeptDelta {
+        std::vector<LPoint3> verts;
+        size_t surface = 0;
+    };
+
     bool AddLevel(bool quad);
+    size_t SurfaceMark() const;
+    bool IsDeltaKept() const;
+    /// To object space, and to the frames of the surface for between sessions; by other frames than
+    /// the delta's where they are given.
+    void DeltaToObject();
+    void DeltaToTangent();
+    void DeltaToObject(LMeshBasesUV2* bases);
+    void DeltaToTangent(LMeshBasesUV2* bases);
+    void ReopenSession();
+    void RenewProxies();
+    void ShiftTargets(const LSubdivMesh& shift);
+    bool CanNeutralize(std::string& why) const;
+    void UpdateNeutralShape();
+    std::vector<Stage> ConversionStages() const;
+    const LUVSubdivChannel* ConversionChannel(const std::string& what, int channel) const;
+    void ConvertStages(const std::string& what, const std::vector<Stage>& stages,
+                       const LUVSubdivChannel* uv, int iterations, int direction);
+    void SmoothTarget(SmoothingPass& pass, LMorphTarget* target, bool tangent);
+    int WantedSpace(const LMorphTarget& target) const;
+    LMorphTarget* BlendTarget(int index) const;
+    void AddInObjectSpace(LMorphTarget& target, LSubdivMesh& vectors) const;
     bool OpenLevel(const std::function<bool(float)>& reach);
     size_t NumSides() const;
     LevelCaches& ActiveCaches();
@@ -308,6 +509,15 @@ class LNode {
     std::unique_ptr<LMesh> lmeshCache_, lblendCache_;
     std::unique_ptr<LSubdivMesh> lentryCache_;
     std::unique_ptr<LSmoothCache> lsmoothCache_;
+    /// Frames of the neutral's skin, on all levels and on level 0; made when a proxy needs them.
+    std::unique_ptr<LMeshBasesUV2> lneutralLimit_, lneutralLimit0_;
+    /// Those that take the place of the object's while neutralizing, and its shape.
+    std::unique_ptr<LMeshBasesUV2> neutralbases_;
+    std::unique_ptr<LMesh> lneutralBackup_;
+    KeptDelta keptDelta_;
+    std::vector<LFrameTerm*> frameTerms_;
+    int ltime_ = 0, blendIndex_ = 0;
+    bool lblend_ = false;
     std::vector<LevelCaches> levelCaches_;
     LOctTree* loctTree_ = nullptr;
     LDisplayCache* ldisplayCache_ = nullptr;

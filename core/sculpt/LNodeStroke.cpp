@@ -44,7 +44,6 @@ void LNode::Prepare(int mode, bool atPress, bool force) {
 }
 
 StrokeStep LNode::MakeStep(int mode) {
-    const LSubdivMesh& geom = *lobject_->GetOrigGeom();
     const bool useSelected = luseSelected_ && lobject_->HasVertsSelected();
     return {.node = *this,
             .mode = mode,
@@ -56,7 +55,7 @@ StrokeStep LNode::MakeStep(int mode) {
             .mask = GetMask(),
             .stencil = nullptr,
             .selected = useSelected ? lobject_->SelectedVerts().data() : nullptr,
-            .base = geom.GetAllVertsPtr(),
+            .base = BaseShape().GetAllVertsPtr(),
             .delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr(),
             .start = lmeshCache_->GetVertsPtr(),
             .hits = hits_};
@@ -132,7 +131,7 @@ bool LNode::UndoStroke() {
     if (!lcurMorph_->Undo(&restored)) return false;
     lcurMorph_->SetDetailsDirty(true);
     if (!lsculpt_) return true;
-    const LPoint3 *base = lobject_->GetOrigGeom()->GetAllVertsPtr(),
+    const LPoint3 *base = BaseShape().GetAllVertsPtr(),
                   *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
     LPoint3* verts = lmeshCache_->GetVertsPtr();
     for (const int v : restored) verts[v] = base[v] + delta[v];

@@ -1,5 +1,8 @@
 #include "core/sculpt/StrokePlayer.h"
 
+#include <new>
+
+#include "core/io/Quoted.h"
 #include "core/mesh/Triangulation.h"
 
 namespace VantrelSDK {
@@ -15,22 +18,47 @@ bool StrokePlayer::OpenSession(std::string& error) {
     return false;
 }
 
-bool StrokePlayer::Play(const StrokeOp& op, std::string& error) {
+bool StrokePlayer::Play(const StrokeOp& op, std::string& error) try {
     return std::visit([&](const auto& o) { return Do(o, error); }, op);
+} catch (const std::bad_alloc&) {
+    error = "there is not enough memory for it";
+    return false;
 }
 
 bool StrokePlayer::Do(const SetOp& op, std::string& error) {
-    const int smoothing = node_.settings().objSmIt;
+    const LNodeSettings former = node_.settings();
     const SettingResult result = node_.settings().Set(op.name, op.value, op.index);
     if (!result) {
         error = result.message;
         return false;
     }
     node_._luseSelected() = node_.settings().useSelected;
-    if (node_.settings().objSmIt == smoothing || node_.UpdateBase()) return true;
-    node_.settings().objSmIt = smoothing;
-    error = "objSmIt can't change inside a stroke; release the stroke first";
+    if (Follow(former, error)) return true;
+    node_.settings() = former;
     return false;
+}
+
+/// Some settings change what is there.
+bool StrokePlayer::Follow(const LNodeSettings& former, std::string& error) {
+    const LNodeSettings& now = node_.settings();
+    const bool smoothed = now.objSmIt != former.objSmIt,
+               neutral = now.neutralize != former.neutralize;
+    const bool moved = now.UVchannel != former.UVchannel;
+    if (node_.IsStroking() && (smoothed || neutral || moved)) {
+        error = std::string(smoothed  ? "objSmIt"
+                            : neutral ? "neutralize"
+                                      : "UVchannel") +
+                " can't change inside a stroke; release the stroke first";
+        return false;
+    }
+    if (smoothed) {
+        node_.ConvertSmoothing3(former.objSmIt, now.objSmIt);
+        node_.UpdateBase();
+    }
+    if (now.blendTarg != former.blendTarg || now.blendSpace != former.blendSpace)
+        node_.setBlendCache(now.blendTarg);
+    if (moved) node_.MoveToChannel(former.UVchannel);
+    return !neutral || node_.Neutralize(now.neutralize, error);
 }
 
 bool StrokePlayer::Do(const FalloffOp& op, std::string&) {
@@ -116,6 +144,49 @@ bool StrokePlayer::Do(const SelectOp& op, std::string& error) {
     if (op.faces) ForFaces(*op.faces, [&](int f) { object.SelectFace(f, true, false); });
     object.UpdateSelectionFlag();
     object.UpdateLevelSelction();
+    return true;
+}
+
+LMorphTarget* StrokePlayer::Find(const std::string& target, std::string& error) const {
+    LMorphTarget* found = node_.GetMorph(node_.FindMorph(target));
+    if (!found) error = "there is no target " + Quoted(target) + "; store it first";
+    return found;
+}
+
+bool StrokePlayer::Do(const StoreOp& op, std::string&) {
+    LMorphTarget* target = node_.GetMorph(node_.FindMorph(op.target));
+    if (!target) {
+        target = node_.AddMorph();
+        target->SetName(op.target);
+    }
+    return node_.StoreTarget(target);
+}
+
+bool StrokePlayer::Do(const LoadOp& op, std::string& error) {
+    LMorphTarget* target = Find(op.target, error);
+    return target && node_.LoadTarget(target);
+}
+
+bool StrokePlayer::Do(const ApplyOp& op, std::string& error) {
+    if (!Find(op.target, error)) return false;
+    node_.weights().Set(op.target, op.weight);
+    return node_.SetTime(node_.ltime(), -1);
+}
+
+bool StrokePlayer::Do(const NeutralOp&, std::string& error) {
+    if (node_.createNeutral()) return true;
+    error = "the neutral can't be made of what there is";
+    return false;
+}
+
+bool StrokePlayer::Do(const ClearNeutralOp&, std::string& error) {
+    if (node_.clearNeutral()) return true;
+    error = "NEUTRAL is empty already.";
+    return false;
+}
+
+bool StrokePlayer::Do(const FinishOp&, std::string&) {
+    node_.FinishSculpt(true);
     return true;
 }
 

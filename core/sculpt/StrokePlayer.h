@@ -40,6 +40,14 @@ class StrokePlayer {
     bool Do(const SelectOp& op, std::string& error);
     bool Do(const HideOp& op, std::string& error);
     bool Do(const ShowOp& op, std::string& error);
+    bool Do(const StoreOp& op, std::string& error);
+    bool Do(const LoadOp& op, std::string& error);
+    bool Do(const ApplyOp& op, std::string& error);
+    bool Do(const NeutralOp& op, std::string& error);
+    bool Do(const ClearNeutralOp& op, std::string& error);
+    bool Do(const FinishOp& op, std::string& error);
+    LMorphTarget* Find(const std::string& target, std::string& error) const;
+    bool Follow(const LNodeSettings& former, std::string& error);
     bool CheckPolygons(const std::vector<int>& polygons, std::string& error) const;
     template <class Edit>
     void ForFaces(const std::vector<int>& polygons, Edit edit);

@@ -51,6 +51,7 @@ void LLevelRule::Fill(const LMeshTopology& topology, LPoint3* verts, bool smooth
         InParts(nverts, workers, [&](int from, int to) { SmoothQuads(split, verts, from, to); });
         return;
     }
+    const LVertOpenList& open = tables().open;
     const LLoopSmoothCache smoothed(split, nverts, topology.AdjVerts(),
                                     open.flags().empty() ? nullptr : &open);
     InParts(nverts, workers, [&](int from, int to) {
@@ -60,8 +61,8 @@ void LLevelRule::Fill(const LMeshTopology& topology, LPoint3* verts, bool smooth
 
 /// The mean of a vertex and its ring.
 void LLevelRule::SmoothQuads(const LPoint3* from, LPoint3* to, int first, int last) const {
-    const uint32_t* starts = rings.Starts();
-    const int* ring = rings.Entries();
+    const uint32_t* starts = tables_.rings.Starts();
+    const int* ring = tables_.rings.Entries();
     for (int v = first; v < last; ++v) {
         const uint32_t start = starts[v], end = starts[v + 1];
         if (start == end) {

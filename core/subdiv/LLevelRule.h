@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -14,27 +15,51 @@ namespace VantrelSDK {
 
 class LThreadGroup;
 
-/// How the vertices of a level come from those below: what it takes to fill them anew from other
-/// positions, without any look at edges or pairs. Immutable once the level exists, shared by all
-/// meshes that have the level. Vertices of the levels below come first, then one per edge, then one
+/// What a level is filled by. Vertices of the levels below come first, then one per edge, then one
 /// per single triangle of a quad level.
-struct LLevelRule {
+struct LLevelTables {
     /// New vertex i is the middle of vertices parents[i].first and second; of an edge with an end
     /// out of range, (-1, -1), the zero point.
     std::vector<std::pair<int, int>> parents;
     /// The vertices behind those are the centres of these three.
     std::vector<std::array<int, 3>> centres;
-    /// The level was smoothed after the split.
-    bool smooth = false;
-    bool protectOpen = false;
     /// Of a triangle level: the vertices that stay, empty for none.
     LVertOpenList open;
     /// Of a quad level, by vertex: the others whose mean with it is its smooth position; none for
     /// one that stays.
     LIndexRows rings;
-    bool isQuad = false;
 
     int NumNewVerts() const { return static_cast<int>(parents.size() + centres.size()); }
+};
+
+/// How the vertices of a level come from those below: what it takes to fill them anew from other
+/// positions, without any look at edges or pairs. Immutable once the level exists, shared by all
+/// meshes that have the level.
+///
+/// A level that was read from a stream gets its tables when they are first asked for: nobody may
+/// ever want them. Whoever then reads them on workers calls tables() on the main thread before.
+class LLevelRule {
+  public:
+    /// The level was smoothed after the split.
+    bool smooth = false;
+    bool protectOpen = false;
+    bool isQuad = false;
+
+    LLevelRule(bool isQuad_, bool smooth_, bool protectOpen_, LLevelTables tables)
+        : smooth(smooth_), protectOpen(protectOpen_), isQuad(isQuad_), tables_(std::move(tables)) {}
+    /// `make` gives the tables.
+    LLevelRule(bool isQuad_, bool smooth_, bool protectOpen_, std::function<LLevelTables()> make)
+        : smooth(smooth_), protectOpen(protectOpen_), isQuad(isQuad_), make_(std::move(make)) {}
+
+    /// May throw std::bad_alloc when they have to be made.
+    const LLevelTables& tables() const {
+        if (make_) {
+            tables_ = make_();
+            make_ = nullptr;
+        }
+        return tables_;
+    }
+    int NumNewVerts() const { return tables().NumNewVerts(); }
 
     /// Fills values[first] and up, one for each new vertex, from the values before them.
     template <class T>
@@ -53,11 +78,16 @@ struct LLevelRule {
               std::vector<LPoint3>& scratch, LThreadGroup* workers) const;
 
   private:
+    mutable LLevelTables tables_;
+    mutable std::function<LLevelTables()> make_;
+
     void SmoothQuads(const LPoint3* from, LPoint3* to, int first, int last) const;
 };
 
 template <class T>
 void LLevelRule::InterpolateSome(T* values, int first, int from, int to) const {
+    const std::vector<std::pair<int, int>>& parents = tables().parents;
+    const std::vector<std::array<int, 3>>& centres = tables().centres;
     const int edges = static_cast<int>(parents.size());
     for (int i = from; i < to && i < edges; ++i) {
         const auto [a, b] = parents[i];

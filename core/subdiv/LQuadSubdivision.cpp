@@ -25,15 +25,11 @@ std::shared_ptr<const LMeshTopology> LQuadSubdivision::MakeTopology() const {
     return LMeshTopology::OfQuads(level_.NumVerts(), std::move(faces));
 }
 
-std::shared_ptr<const LLevelRule> LQuadSubdivision::MakeRule(const LMeshTopology& topology,
-                                                             bool smooth, bool protectopen) const {
-    auto rule = std::make_shared<LLevelRule>();
-    rule->isQuad = true;
-    rule->smooth = smooth;
-    rule->protectOpen = protectopen;
-    level_.TakeParents(*rule);
-    rule->rings = MakeRings(topology);
-    return rule;
+LLevelTables LQuadSubdivision::MakeTables(const LMeshTopology& topology) const {
+    LLevelTables tables;
+    level_.TakeParents(tables);
+    tables.rings = MakeRings(topology);
+    return tables;
 }
 
 LIndexRows LQuadSubdivision::MakeRings(const LMeshTopology& topology) const {
@@ -48,8 +44,9 @@ LIndexRows LQuadSubdivision::MakeRings(const LMeshTopology& topology) const {
 }
 
 std::unique_ptr<LMesh> LQuadSubdivision::Export(std::span<const LPoint3> verts) const {
-    LLevelRule rule;
-    level_.TakeParents(rule);
+    LLevelTables tables;
+    level_.TakeParents(tables);
+    const LLevelRule rule(true, false, false, std::move(tables));
     const auto topology = MakeTopology();
     std::vector<LPoint3> all(topology->GetNumVerts());
     std::copy_n(verts.begin(), level_.triMesh()->GetNumVerts(), all.begin());

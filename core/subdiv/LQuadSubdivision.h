@@ -34,8 +34,7 @@ class LQuadSubdivision {
     /// Two triangles a quad, in order of the quads. May throw std::bad_alloc, like all that follow.
     std::shared_ptr<const LMeshTopology> MakeTopology() const;
     /// `topology` is that of MakeTopology.
-    std::shared_ptr<const LLevelRule> MakeRule(const LMeshTopology& topology, bool smooth,
-                                               bool protectopen) const;
+    LLevelTables MakeTables(const LMeshTopology& topology) const;
     /// The quads as a triangle mesh of their own, not smoothed. `verts` are those of the level.
     std::unique_ptr<LMesh> Export(std::span<const LPoint3> verts) const;
 

@@ -47,14 +47,14 @@ LQuad LQuadTriSubdivLevel::GetQuad(int q) const {
         MeshAt{topology.Faces().data(), edges_->faces().data(), topology.GetNumVerts()});
 }
 
-void LQuadTriSubdivLevel::TakeParents(LLevelRule& rule) const {
-    ReserveLarge(rule.parents, edges_->GetNumEdges());
+void LQuadTriSubdivLevel::TakeParents(LLevelTables& tables) const {
+    ReserveLarge(tables.parents, edges_->GetNumEdges());
     for (const LEdgeListFlagged::Edge& edge : edges_->edges())
-        rule.parents.emplace_back(edge.v[0], edge.v[1]);
-    rule.centres.reserve(NumBaseTris());
+        tables.parents.emplace_back(edge.v[0], edge.v[1]);
+    tables.centres.reserve(NumBaseTris());
     for (int i = 0; i < NumBaseTris(); ++i) {
         const int* v = triMesh()->Faces()[GetBaseTri(i)].v;
-        rule.centres.push_back({v[0], v[1], v[2]});
+        tables.centres.push_back({v[0], v[1], v[2]});
     }
 }
 

@@ -50,7 +50,7 @@ class LQuadTriSubdivLevel : public LQuadTriSubdivLevelBase {
     /// q from 0 to NumQuads() - 1.
     LQuad GetQuad(int q) const;
     /// How the new vertices follow from those of the level.
-    void TakeParents(LLevelRule& rule) const;
+    void TakeParents(LLevelTables& tables) const;
 
   private:
     std::unique_ptr<const LEdgeListFlagged> ownEdges_;

@@ -10,6 +10,7 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
 class LSubdivCollection;
 
 /// The absolute numbers of the faces of the next level that lie in a face; -1 where unused. A
@@ -66,6 +67,7 @@ class ISubdivLayer {
     /// Null in the chain of a UV channel, as is rule().
     const std::shared_ptr<const LMeshTopology>& topology() const { return topology_; }
     const std::shared_ptr<const LLevelRule>& rule() const { return rule_; }
+    void SetRule(std::shared_ptr<const LLevelRule> rule) { rule_ = std::move(rule); }
 
   protected:
     ISubdivLayer(LSubdivCollection* owner, std::shared_ptr<const LMeshTopology> topology,
@@ -185,6 +187,9 @@ class LSubdivCollection {
     ISubdivLayer* AddClone(const ISubdivLayer& layer);
     /// Removes the top; when it was active, the level below becomes active.
     bool DeleteTop();
+
+    /// The levels as a record, without their faces; see LevelsRecord for the reading.
+    int WriteTo(LBlindData* stream) const;
 
   private:
     ISubdivLayer* Add(std::unique_ptr<ISubdivLayer> layer);

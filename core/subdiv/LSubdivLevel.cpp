@@ -32,4 +32,18 @@ LFace LSubdivLevelTopo::GetExtFace(int i) const {
     return face;
 }
 
+LLevelTables LSubdivLevelTopo::MakeTables(const LMeshTopology& topology, bool protectopen) const {
+    LLevelTables tables;
+    tables.parents.resize(GetNumExtVerts());
+    for (int e = 0; e < GetNumExtVerts(); ++e) {
+        const auto [a, b] = edges_.GetEdge(e).v;
+        const bool known = a >= 0 && b >= 0 && a < nverts_ && b < nverts_;
+        tables.parents[e] = known ? std::pair(a, b) : std::pair(-1, -1);
+    }
+    if (protectopen)
+        tables.open = LVertOpenList(topology.GetNumVerts(),
+                                    LEdgeOpenList(topology.Faces(), topology.GetNumVerts()));
+    return tables;
+}
+
 }  // namespace VantrelSDK

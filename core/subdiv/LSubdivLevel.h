@@ -8,6 +8,7 @@
 #include "core/math/LPoint3.h"
 #include "core/mesh/LEdgeList.h"
 #include "core/mesh/LMesh.h"
+#include "core/subdiv/LLevelRule.h"
 
 namespace VantrelSDK {
 
@@ -25,6 +26,9 @@ class LSubdivLevelTopo {
     /// Sub-face i: k = i % 4 of the included face i / 4. A corner is a vertex of the level or,
     /// counted from nverts, the midpoint of an edge; id = i + faces of the level.
     LFace GetExtFace(int i) const;
+    /// How the vertices of the new level, whose topology is `topology`, follow. May throw
+    /// std::bad_alloc.
+    LLevelTables MakeTables(const LMeshTopology& topology, bool protectopen) const;
 
   private:
     std::span<const LFace> faces_;

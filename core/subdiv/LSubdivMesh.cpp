@@ -65,6 +65,15 @@ void LSubdivMesh::CopyVerts(const LSubdivMesh& other) {
     std::copy_n(other.verts_.begin(), count, verts_.begin());
 }
 
+void LSubdivMesh::AddAllVerts(const LSubdivMesh& other, float weight) {
+    const size_t count = std::min(verts_.size(), other.verts_.size());
+    for (size_t v = 0; v < count; ++v) verts_[v] += other.verts_[v] * weight;
+}
+
+void LSubdivMesh::ScaleAllVerts(float factor) {
+    for (LPoint3& p : verts_) p *= factor;
+}
+
 void LSubdivMesh::CopyBarys(const LSubdivMesh& other) {
     needbarys_ = other.needbarys_;
     barys_ = other.barys_;
@@ -146,6 +155,23 @@ std::shared_ptr<const LMeshTopology> LSubdivMesh::GetLevelTopology(unsigned leve
 const LMeshTopology* LSubdivMesh::LevelTables(int level) const {
     const ISubdivLayer* layer = subdivs_->GetLayer(level);
     return layer ? layer->topology().get() : level == 0 ? topology_.get() : nullptr;
+}
+
+LQuadStep LSubdivMesh::GetQuadStep(int level) const {
+    const ISubdivLayer* layer = subdivs_->GetLayer(level);
+    if (!layer || layer->GetType() != 1) return {};
+    return {static_cast<const EntireQuadSubdivLayer*>(layer)->coupling(), layer->topology(),
+            layer->rule(), GetLevelTopology(level - 1), layer->GetFirstFace()};
+}
+
+void LSubdivMesh::SetLevelMade(int level, bool smooth, bool protectopen) {
+    ISubdivLayer* layer = subdivs_->GetLayer(level);
+    if (!layer || (layer->rule()->smooth == smooth && layer->rule()->protectOpen == protectopen))
+        return;
+    auto rule = std::make_shared<LLevelRule>(*layer->rule());
+    rule->smooth = smooth;
+    rule->protectOpen = protectopen;
+    layer->SetRule(std::move(rule));
 }
 
 int LSubdivMesh::GetNumLevelVerts(unsigned level) const {
@@ -251,15 +277,6 @@ bool LSubdivMesh::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth,
                                     bool protectopen) try {
     const int nverts = NumAllVerts(), newVerts = topo.GetNumExtVerts();
     if (!HasRoomFor(newVerts, topo.GetNumExtFaces())) return false;
-    auto rule = std::make_shared<LLevelRule>();
-    rule->smooth = smooth;
-    rule->protectOpen = protectopen;
-    rule->parents.resize(newVerts);
-    for (int e = 0; e < newVerts; ++e) {
-        const auto [a, b] = topo.edges().GetEdge(e).v;
-        const bool known = a >= 0 && b >= 0 && a < nverts && b < nverts;
-        rule->parents[e] = known ? std::pair(a, b) : std::pair(-1, -1);
-    }
     std::vector<LFace> faces;
     ResizeLarge(faces, topo.GetNumExtFaces());
     for (int i = 0; i < topo.GetNumExtFaces(); ++i) {
@@ -267,9 +284,8 @@ bool LSubdivMesh::SubdivideAll_Loop(const LSubdivLevelTopo& topo, bool smooth,
         faces[i].id = i;
     }
     auto topology = std::make_shared<LMeshTopology>(nverts + newVerts, std::move(faces));
-    if (protectopen)
-        rule->open = LVertOpenList(topology->GetNumVerts(),
-                                   LEdgeOpenList(topology->Faces(), topology->GetNumVerts()));
+    auto rule = std::make_shared<LLevelRule>(false, smooth, protectopen,
+                                             topo.MakeTables(*topology, protectopen));
     subdivs_->AddEntireLevel(newVerts, std::move(topology), std::move(rule));
     return FillTop(smooth);
 } catch (const std::bad_alloc&) {
@@ -283,16 +299,15 @@ bool LSubdivMesh::SubdivideAll_Quad(bool smooth, bool protectopen,
     const LQuadSubdivision step(top, edges);
     if (!HasRoomFor(step.NumVerts() - NumAllVerts(), step.NumFaces())) return false;
     const auto topology = step.MakeTopology();
-    return AddQuadLevel(
-        {step.level().coupling(), topology, step.MakeRule(*topology, smooth, protectopen)}, smooth);
+    auto rule = std::make_shared<LLevelRule>(true, smooth, protectopen, step.MakeTables(*topology));
+    return AddQuadLevel({step.level().coupling(), topology, std::move(rule), top}, smooth);
 } catch (const std::bad_alloc&) {
     return false;
 }
 
 bool LSubdivMesh::SubdivideAll_Quad2(bool smooth, bool protectopen, LQuadLevelTopoCache* cache) {
     if (!SubdivideAll_Quad(smooth, protectopen)) return false;
-    const auto& top = static_cast<const EntireQuadSubdivLayer&>(*subdivs_->GetTop());
-    cache->SetStep({top.coupling(), top.topology(), top.rule()});
+    cache->SetStep(GetQuadStep(GetNumSubivLevels() - 1));
     if (needbarys_) cache->SetBarys(barys_);
     return true;
 }

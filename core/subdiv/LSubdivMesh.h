@@ -18,6 +18,7 @@ class LQuadLevelTopoCache;
 class LQuadSubdivision;
 struct LQuadStep;
 class LThreadGroup;
+class RecordWriter;
 
 /// A triangle mesh with all its subdivision levels in one numbering.
 ///
@@ -52,6 +53,9 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     void CopyFrom(const LSubdivMesh* other);
     /// Copies the values of all vertices from a mesh of the same topology.
     void CopyVerts(const LSubdivMesh& other);
+    /// Adds those of such a mesh times `weight`; multiplies by `factor`.
+    void AddAllVerts(const LSubdivMesh& other, float weight);
+    void ScaleAllVerts(float factor);
     void ClearVerts() override;
     void OffsetVert(int i, const LPoint3& d) override;
     /// These four see level 0 only.
@@ -106,6 +110,10 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     /// The same without a share; null for a level that doesn't exist.
     const LMeshTopology* LevelTables(int level) const;
     const LSubdivCollection& GetSubdivs() const { return *subdivs_; }
+    /// The tables of the step to a quad level; empty for a level of another kind or none.
+    LQuadStep GetQuadStep(int level) const;
+    /// Says of a level that was read how it was made. Call it before the level's rule is used.
+    void SetLevelMade(int level, bool smooth, bool protectopen);
 
     /// Adds a level of four triangles a face, new vertices in the middle of edges, and moves all of
     /// its vertices by Loop's vertex mask when `smooth` (those on open edges stay when
@@ -179,6 +187,13 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     /// Pairs of base point and base plus delta, as degenerate faces.
     bool Vec2wobj(const std::string& path, const LSubdivMesh& base) const;
 
+    /// The mesh with all its levels as a record; see LMesh for the contract. Levels that are read
+    /// are taken for smoothed ones, with open edges protected.
+    int WriteTo(LBlindData* stream) const override;
+    int ReadFrom(LBlindData* stream) override;
+    /// Levels that `like` (null: none) has too share its topology.
+    int ReadFrom(LBlindData* stream, const LSubdivMesh* like);
+
     /// Checks the promises of the numbering; empty when all hold, else what is broken.
     std::string Validate() const;
 
@@ -189,6 +204,8 @@ class LSubdivMesh : public LMesh, public LSubdivMeshI {
     bool FillTop(bool smooth);
     void BindNewVerts(int firstLevel);
     LFaceSubs ChildrenOf(int absFace, const ISubdivLayer& childLayer) const;
+    void WriteExtFaces(RecordWriter& record) const;
+    void WriteFaceSubs(RecordWriter& record, unsigned short tag, int from, int to) const;
     template <class Visit>
     void WalkSubFaces(int face, int depth, const ISubdivLayer* layer, Visit visit) const;
     template <class Visit>

@@ -9,18 +9,28 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
+class LSubdivMesh;
+
 /// What it takes to redo the step to a level without any topology work.
 class ILTopoCache {
   public:
     virtual ~ILTopoCache() = default;
+
+    /// The cache as a record; `verts`, by absolute number, are those of the level below, null for
+    /// zeros: a reader of old needs their place.
+    virtual int WriteTo(LBlindData* stream, const LPoint3* verts) const = 0;
 };
 
 /// The tables of a step to a quad level: how the faces below were paired, the new level's faces,
-/// and how its vertices follow. All null when there was no step.
+/// how its vertices follow, and the faces below. All null when there was no step.
 struct LQuadStep {
     std::shared_ptr<const LTriCoupling> coupling;
     std::shared_ptr<const LMeshTopology> topology;
     std::shared_ptr<const LLevelRule> rule;
+    std::shared_ptr<const LMeshTopology> below;
+    /// The absolute number of the new level's first face.
+    int totalfaces = 0;
 };
 
 /// The cache of a step to a quad level. The tables are those of the level that it was filled by,
@@ -45,6 +55,7 @@ class LQuadLevelTopoCache : public ILTopoCache {
     LPoint3 GetBary(int i) const {
         return barys_ && static_cast<size_t>(i) < barys_->size() ? (*barys_)[i] : LPoint3::Zero;
     }
+    int WriteTo(LBlindData* stream, const LPoint3* verts) const override;
 
   private:
     int level_;
@@ -64,6 +75,12 @@ class LTopoCaches {
     /// Null out of range.
     ILTopoCache* Get(int i) const { return i >= 0 && i < GetSize() ? caches_[i].get() : nullptr; }
     int GetSize() const { return static_cast<int>(caches_.size()); }
+
+    /// The caches as a record; see ILTopoCache for `verts`. Those that are read share the tables of
+    /// the levels of `geom`, which they must belong to and which learn from them how they were
+    /// made. A failed reading leaves the caches as they were.
+    int WriteTo(LBlindData* stream, const LPoint3* verts) const;
+    int ReadFrom(LBlindData* stream, LSubdivMesh& geom);
 
   private:
     std::vector<std::unique_ptr<ILTopoCache>> caches_;

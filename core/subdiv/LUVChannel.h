@@ -8,6 +8,8 @@
 
 namespace VantrelSDK {
 
+class LBlindData;
+
 /// One UV set of a mesh at level 0: points of its own, and for each face of the mesh, in the same
 /// order of corners, the points that its corners have.
 class LUVChannel {
@@ -27,14 +29,21 @@ class LUVChannel {
                       std::string& error);
 
     int channel() const { return channel_; }
+    /// The host's name of the UV set; empty where there is none.
+    const std::string& name() const { return name_; }
+    std::string& _name() { return name_; }
     /// Counts of level 0.
     int nverts() const { return nverts_; }
     int nfaces() const { return static_cast<int>(faces_.size()); }
     /// No face has points: no frame can use the channel.
     bool IsEmpty() const { return nverts_ == 0 || faces_.empty(); }
 
+    /// The channel as a record; returns one of LBlindData's codes.
+    virtual int WriteTo(LBlindData* stream) const;
+
   protected:
     int channel_;
+    std::string name_;
     int nverts_ = 0;
     /// The first nverts_ are those of level 0.
     std::vector<LPoint2> verts_;

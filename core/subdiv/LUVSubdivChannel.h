@@ -10,6 +10,7 @@
 namespace VantrelSDK {
 
 class LQuadLevelTopoCache;
+class LSubdivMesh;
 
 /// A UV set on all levels: a small mesh of its own in 2D, with the faces of the geometry's levels,
 /// number by number, but with its own points, since a vertex on a seam has several.
@@ -65,6 +66,11 @@ class LUVSubdivChannel : public LUVChannel {
     /// The same from the cache of the geometry's step; nothing for a cache that nobody filled.
     bool RedivideAll_Quad(const LQuadLevelTopoCache* cache, bool smooth);
     bool DeleteTopLevel();
+
+    int WriteTo(LBlindData* stream) const override;
+    /// Levels that are read must be those of `geom`, as far as they go, and share its pairs. A
+    /// failed reading leaves the channel as it was.
+    virtual int ReadFrom(LBlindData* stream, const LSubdivMesh& geom);
 
   private:
     bool AddQuadLevel(std::shared_ptr<const LTriCoupling> coupling);

@@ -67,7 +67,13 @@ TEST(StrokeLog, ReadsEveryOperation) {
 )" + Press + Move + Release + R"({"op":"undo"}
 {"op":"select","faces":[]}
 {"op":"hide","faces":[7,2147483647]}
-{"op":"show"})");
+{"op":"show"}
+{"op":"store","target":"smile \u00e9"}
+{"op":"load","target":"AH"}
+{"op":"apply","weight":-0.5,"target":"AH"}
+{"op":"neutral"}
+{"op":"clear_neutral"}
+{"op":"finish"})");
     const std::vector<StrokeOp> expected = {
         SetOp{"symmetry", 1.0, {}},
         SetOp{"toolSize", 0.5, 3},
@@ -84,6 +90,12 @@ TEST(StrokeLog, ReadsEveryOperation) {
         SelectOp{std::vector<int>{}},
         HideOp{std::vector<int>{7, 2147483647}},
         ShowOp{},
+        StoreOp{"smile \u00e9"},
+        LoadOp{"AH"},
+        ApplyOp{"AH", -0.5f},
+        NeutralOp{},
+        ClearNeutralOp{},
+        FinishOp{},
     };
     EXPECT_EQ(log.error, "");
     EXPECT_TRUE(log.ops == expected);
@@ -195,7 +207,9 @@ TEST(StrokeLog, EveryOperationHasItsPlace) {
     const char* outside[] = {R"({"op":"undo"})",         R"({"op":"level","value":0})",
                              R"({"op":"show"})",         R"({"op":"subdivide","kind":"quad"})",
                              R"({"op":"delete_level"})", R"({"op":"select"})",
-                             R"({"op":"hide"})",         Press.c_str()};
+                             R"({"op":"hide"})",         Press.c_str(),
+                             R"({"op":"neutral"})",      R"({"op":"store","target":"a"})",
+                             R"({"op":"finish"})"};
     for (const std::string line : anywhere) {
         EXPECT_EQ(ReadText(Header + line + "\n" + Press + line).error, "") << line;
     }
@@ -282,6 +296,10 @@ PressOp AnyPress() {
         radius > 0 ? radius : 1,  AnyUnit()};
 }
 
+std::string AnyName() {
+    return *rc::gen::nonEmpty(rc::gen::container<std::string>(rc::gen::inRange(' ', '~')));
+}
+
 /// An operation that may stand where the log is.
 StrokeOp AnyOp(bool inStroke) {
     using Make = std::function<StrokeOp()>;
@@ -307,6 +325,12 @@ StrokeOp AnyOp(bool inStroke) {
         [] { return SelectOp{AnyFaces()}; },
         [] { return HideOp{AnyFaces()}; },
         [] { return ShowOp{AnyFaces()}; },
+        [] { return StoreOp{AnyName()}; },
+        [] { return LoadOp{AnyName()}; },
+        [] {
+            return ApplyOp{AnyName(), AnyPoint2().x};
+        },
+        [] { return NeutralOp(); },
     };
     const auto& ops = *rc::gen::arbitrary<bool>() ? anywhere : inStroke ? inside : outside;
     return ops[*rc::gen::inRange<size_t>(0, ops.size())]();

@@ -70,7 +70,7 @@ TEST(MorphDelta, UpperLevelsFollowWhatChangedBelowAndKeepTheirDetail) {
     for (int level = 2; level <= 3; ++level) {
         const ISubdivLayer* layer = geom.GetSubdivs().GetLayer(level);
         for (int v = layer->GetFirstVert(); v <= layer->GetLastVert(); ++v) {
-            const auto [a, b] = layer->rule()->parents[v - layer->GetFirstVert()];
+            const auto [a, b] = layer->rule()->tables().parents[v - layer->GetFirstVert()];
             change.SetVertByAbsIdx(v,
                                    (change.GetVertByAbsIdx(a) + change.GetVertByAbsIdx(b)) * 0.5f);
         }

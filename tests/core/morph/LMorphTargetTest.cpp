@@ -8,7 +8,8 @@
 #include <random>
 
 #include "core/mesh/Triangulation.h"
-#include "core/morph/LMeshBases.h"
+#include "core/morph/MorphCallbacks.h"
+#include "core/morph/SkinFrames.h"
 #include "tests/shapes/Generators.h"
 
 using namespace VantrelSDK;
@@ -153,16 +154,16 @@ TEST(MorphTarget, GainsALevelInTangentSpaceAsItWouldInObjectSpace) {
     const LMorphTarget before = target;
 
     levels.Add();
-    const LMeshBasesUV2 bases(&levels.uvs);
+    SkinFrames below(levels.geom, &levels.uvs, 2, 0), above(levels.geom, &levels.uvs, 3, 0);
     LSubdivMesh scratch(levels.delta);
-    ASSERT_TRUE(target.AddSubdivLevelOwnSkin(&scratch, levels.geom, &bases));
+    ASSERT_TRUE(target.AddSubdivLevelOwnSkin(&scratch, &below, &above));
     LSubdivMesh back(levels.delta);
     target.CopyToLevels(&back);
     convert(back, LMeshBases::kTangentToObject);
     for (int v = 0; v < back.GetNumVerts(); ++v)
         EXPECT_LT((back.GetVertByAbsIdx(v) - levels.delta.GetVertByAbsIdx(v)).Len(), 1e-5f) << v;
 
-    ASSERT_TRUE(target.DeleteTopLevelOwnSkin(&scratch, levels.geom, &bases));
+    target.DeleteTopLevelOwnSkin(before.geom().NumVerts(), &below, &above);
     for (int v = 0; v < before.geom().NumVerts(); ++v)
         EXPECT_LT((target.MorphVector(v) - before.MorphVector(v)).Len(), 1e-5f) << v;
     EXPECT_EQ(target.geom().NumVerts(), before.geom().NumVerts());
@@ -170,11 +171,10 @@ TEST(MorphTarget, GainsALevelInTangentSpaceAsItWouldInObjectSpace) {
 
 TEST(MorphTarget, ShowsItsLowestLevelAsTheFullOneLooks) {
     Levels levels(2);
-    const LMeshBasesUV2 like(&levels.uvs);
     const LSubdivMesh base(*levels.geom.GetLevelCopy(0));
     LMeshBasesUV2 full(&levels.geom, &levels.uvs, 0), low(&base, &levels.uvs, 0);
     LMorphTarget target = levels.Target();
-    target.CreateProxyTang(&full, &low, levels.delta);
+    target.CreateProxyTang(&full, &low);
     // In object space both say the same of level 0.
     LSubdivMesh fine(levels.delta), coarse(base);
     fine.TransformVectorsByLocal(&full, nullptr, -1);

@@ -104,8 +104,9 @@ RC_GTEST_PROP(QuadLevels, SmoothingIsTheMeanOfAVertexAndItsQuads, ()) {
             if (face.IsEdgeGluing(e)) gluing.insert(std::minmax(face.v[e], face.v[(e + 1) % 3]));
     const LLevelRule& rule = *plain.GetSubdivs().GetTop()->rule();
     const auto isEdgePoint = [&](int v) {
-        if (v < firstNew || v - firstNew >= static_cast<int>(rule.parents.size())) return false;
-        const auto [a, b] = rule.parents[v - firstNew];
+        if (v < firstNew || v - firstNew >= static_cast<int>(rule.tables().parents.size()))
+            return false;
+        const auto [a, b] = rule.tables().parents[v - firstNew];
         return !gluing.contains(std::minmax(a, b));
     };
     std::vector<std::set<int>> quads(plain.GetNumVerts());
@@ -225,7 +226,8 @@ TEST(QuadLevels, WhatCannotBeCutIsRefusedAndRingsHaveALimit) {
     EXPECT_FALSE(LSubdivMesh().SubdivideAll_Quad(true, true));
     EXPECT_EQ(LSubdivMesh().CountNextQuadLevelFaces(), 0);
     const LSubdivMesh fan = Chain(shapes::Fan(3500), "q");
-    EXPECT_EQ(fan.GetSubdivs().GetTop()->rule()->rings.Row(0).size(), 6000u) << "and no more";
+    EXPECT_EQ(fan.GetSubdivs().GetTop()->rule()->tables().rings.Row(0).size(), 6000u)
+        << "and no more";
     EXPECT_EQ(Chain(shapes::Polygon(5), "").CountNextQuadLevelFaces(), 14);
     // A level of its own, without the mesh.
     const LMesh cut =

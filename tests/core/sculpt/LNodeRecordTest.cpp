@@ -1,0 +1,193 @@
+#include "core/sculpt/LNodeRecord.h"
+
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "core/io/ObjReader.h"
+#include "core/subdiv/LTopoCaches.h"
+#include "core/subdiv/LUVSubdivChannel.h"
+#include "tests/core/math/SameBits.h"
+#include "tests/core/sculpt/Blocks.h"
+#include "tests/shapes/Models.h"
+#include "tests/shapes/Shapes.h"
+
+using namespace VantrelSDK;
+using namespace VantrelSDK::blocks;
+
+namespace {
+
+/// A node with a level for each letter, as far as its mesh has them.
+std::unique_ptr<LHeadlessNode> NodeOf(const PolyMesh& mesh, const std::string& kinds) {
+    auto node = blocks::NodeOf(mesh);
+    node->settings().doSmoothProtectOpenEdges = true;
+    for (const char kind : kinds)
+        if (!(kind == 'q' ? node->SubdivideAll_Quad() : node->SubdivideAll_Loop())) break;
+    // A stored geometry always has them.
+    node->lobject()->GetOrigGeom()->SetNeedBarys(true);
+    return node;
+}
+
+void ExpectSameMesh(const LSubdivMesh& a, const LSubdivMesh& b) {
+    ASSERT_EQ(a.GetNumSubivLevels(), b.GetNumSubivLevels());
+    EXPECT_EQ(a.GetActiveLevel(), b.GetActiveLevel());
+    EXPECT_TRUE(SameBits(AllVerts(a), AllVerts(b)));
+    for (int level = 0; level < a.GetNumSubivLevels(); ++level)
+        EXPECT_TRUE(SameBits(a.LevelTables(level)->Faces(), b.LevelTables(level)->Faces()));
+    ASSERT_EQ(a.GetBarys() == nullptr, b.GetBarys() == nullptr);
+    EXPECT_TRUE(!a.GetBarys() || SameBits(*a.GetBarys(), *b.GetBarys()));
+    EXPECT_EQ(b.Validate(), "");
+}
+
+void ExpectSameTarget(const LMorphTarget& a, const LMorphTarget& b) {
+    EXPECT_EQ(a.GetName(), b.GetName());
+    EXPECT_TRUE(a.geom() == b.geom() && a.proxy() == b.proxy() && a.colors() == b.colors());
+    EXPECT_TRUE(SameBits(a.skin(), b.skin()) && SameBits(a.getImageBytes(), b.getImageBytes()));
+    EXPECT_EQ(a.IsDefBack(), b.IsDefBack());
+    EXPECT_EQ(a.GetSpace(), b.GetSpace());
+    ASSERT_EQ(a.GetNumJoints(), b.GetNumJoints());
+    for (int i = 0; i < a.GetNumJoints(); ++i)
+        EXPECT_EQ(a.GetJoint(i)->nodename, b.GetJoint(i)->nodename);
+}
+
+void ExpectSameNode(const LHeadlessNode& a, const LHeadlessNode& b) {
+    ExpectSameMesh(*a.lobject()->GetOrigGeom(), *b.lobject()->GetOrigGeom());
+    ExpectSameMesh(*a.GetDelta()->GetOrigMesh(), *b.GetDelta()->GetOrigMesh());
+    const LUVSubdivChannel *ofA = a.lobject()->GetUVChannel(0), *ofB = b.lobject()->GetUVChannel(0);
+    ASSERT_EQ(ofA == nullptr, ofB == nullptr);
+    for (int level = 0; ofA && level < ofA->GetNumSubdivLevels(); ++level)
+        EXPECT_TRUE(SameBits(ofA->LevelFaces(level), ofB->LevelFaces(level)));
+    EXPECT_TRUE(!ofA || SameBits(ofA->AllVerts(), ofB->AllVerts()));
+    const auto targetsOfA = a.AllTargets(), targetsOfB = b.AllTargets();
+    ASSERT_EQ(targetsOfA.size(), targetsOfB.size());
+    for (size_t i = 0; i < targetsOfA.size(); ++i) ExpectSameTarget(*targetsOfA[i], *targetsOfB[i]);
+}
+
+/// What was read holds each level's topology once, and makes its levels from a new base as the
+/// other does.
+void ExpectAlive(LHeadlessNode& a, LHeadlessNode& b) {
+    LSubdivMesh &ofA = *a.lobject()->GetOrigGeom(), &ofB = *b.lobject()->GetOrigGeom();
+    const LSubdivMesh& delta = *b.GetDelta()->GetOrigMesh();
+    for (int level = 0; level < ofB.GetNumSubivLevels(); ++level) {
+        EXPECT_EQ(delta.GetLevelTopology(level), ofB.GetLevelTopology(level));
+        const auto* cache =
+            dynamic_cast<LQuadLevelTopoCache*>(b.lobject()->topocaches()->Get(level));
+        EXPECT_TRUE(!cache || cache->GetStep().topology == ofB.GetLevelTopology(level + 1));
+    }
+    for (LSubdivMesh* mesh : {&ofA, &ofB}) {
+        for (int v = 0; v < mesh->GetNumLevelVerts(0); ++v)
+            mesh->SetVertByAbsIdx(v, mesh->GetVertByAbsIdx(v) * 1.5f + LPoint3(0, v % 3, 0));
+        mesh->RebuildLevels();
+    }
+    EXPECT_TRUE(SameBits(AllVerts(ofA), AllVerts(ofB)));
+}
+
+struct File {
+    std::string path = testing::TempDir() + "kelmo-node-" + std::to_string(getpid());
+    ~File() { std::filesystem::remove(path); }
+};
+
+}  // namespace
+
+TEST(NodeRecord, ComesBackEqualAndEqualAgain) {
+    for (const shapes::Shape& shape : shapes::ShapesWithFaces())
+        for (const char* kinds : {"", "q", "lq", "qql"}) {
+            SCOPED_TRACE(shape.name + " " + kinds);
+            const auto node = NodeOf(shape.mesh, kinds);
+            FillNode(*node, 5);
+            node->SetActiveSubdivLevel(node->lobject()->GetOrigGeom()->GetActiveLevel() / 2);
+            const std::string bytes = NodeBlock(*node);
+            // Over another state of the same node, and into a node that has nothing.
+            const auto other = NodeOf(shapes::Cube(), "q");
+            FillNode(*other, 9);
+            ASSERT_EQ(ReadNode(bytes, *other), 0);
+            ExpectSameNode(*node, *other);
+            EXPECT_TRUE(NodeBlock(*other) == bytes);
+            ExpectAlive(*node, *other);
+        }
+}
+
+TEST(NodeRecord, ALoadedNodeIsSculptedOn) {
+    File file;
+    std::string error;
+    const auto node = NodeOf(shapes::Sphere(1), "qq");
+    FillNode(*node, 1);
+    ASSERT_TRUE(node->SaveState(file.path, error)) << error;
+    LHeadlessNode loaded(1);
+    int version = 0;
+    ASSERT_TRUE(loaded.LoadState(file.path, error, &version)) << error;
+    EXPECT_EQ(GetKelmoVersionString(version), "v 6.5.03");
+    ExpectSameNode(*node, loaded);
+    ASSERT_TRUE(loaded.InitSculpt());
+    EXPECT_TRUE(SameBits(AllVerts(*loaded.lobject()->GetOrigGeom()),
+                         AllVerts(*node->lobject()->GetOrigGeom())));
+    const std::vector<LPoint3> before = AllVerts(*node->GetDelta()->GetOrigMesh());
+    loaded.FinishSculpt(true);
+    for (size_t v = 0; v < before.size(); ++v)
+        ASSERT_LT((loaded.GetDelta()->GetOrigMesh()->GetVertByAbsIdx(v) - before[v]).Len(), 1e-4f);
+    EXPECT_TRUE(loaded.SubdivideAll_Quad());
+    EXPECT_TRUE(loaded.DeleteTopLevelSudiv());
+    EXPECT_FALSE(loaded.LoadState(file.path + "/none", error));
+    std::filesystem::resize_file(file.path, 2000);
+    EXPECT_FALSE(loaded.LoadState(file.path, error));
+    EXPECT_NE(error.find("does not match expected"), std::string::npos);
+}
+
+TEST(NodeRecord, RealHeadsComeBack) {
+    const auto files = shapes::ObjFilesIn(shapes::ModelsFolder());
+    if (files.empty()) GTEST_SKIP() << "left out: there are no shared models";
+    PolyMesh mesh;
+    FileError failed;
+    ASSERT_TRUE(ParseObj(shapes::TextOf(files.front()), mesh, failed)) << failed.Text();
+    const auto node = NodeOf(mesh, "q");
+    FillNode(*node, 2);
+    const std::string bytes = NodeBlock(*node);
+    const auto other = NodeOf(shapes::Cube(), "");
+    ASSERT_EQ(ReadNode(bytes, *other), 0);
+    ExpectSameNode(*node, *other);
+    EXPECT_TRUE(NodeBlock(*other) == bytes);
+}
+
+TEST(NodeRecord, AnyPrefixAndAnyChangedByteIsReadOrRefused) {
+    const auto node = NodeOf(shapes::Grid(1, 1), "ql");
+    FillNode(*node, 3);
+    const std::string bytes = NodeBlock(*node);
+    const auto other = NodeOf(shapes::Cube(), "");
+    for (size_t size = 0; size < bytes.size(); ++size)
+        ASSERT_NE(ReadNode(std::string_view(bytes).substr(0, size), *other), 0) << size;
+    int read = 0;
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        std::string changed = bytes;
+        changed[i] = static_cast<char>(changed[i] ^ 1 << i % 8);
+        const int code = ReadNode(changed, *other);
+        if (i % 64 == 0) {
+            ASSERT_TRUE(other->InitSculpt()) << "what is left of a node can be sculpted";
+        }
+        if (code != 0) continue;
+        ++read;
+        ASSERT_EQ(other->lobject()->GetOrigGeom()->Validate(), "") << i;
+        other->lobject()->GetOrigGeom()->RebuildLevels();
+        if (i % 16 != 0) continue;
+        ASSERT_EQ(ReadNode(NodeBlock(*other), *other), 0) << i;
+    }
+    EXPECT_GT(read, 0) << "a coordinate may be any number";
+    EXPECT_EQ(ReadNode(bytes, *other), 0);
+    ExpectSameNode(*node, *other);
+}
+
+TEST(NodeRecord, SaysWhichStepFailed) {
+    const auto node = NodeOf(shapes::Cube(), "");
+    LNodeRecord record(*node, {});
+    const std::pair<const char*, const char*> bad[] = {
+        {"007<!\x01\x01x*>", "MLNode: can not open chunk\n"},
+        {"007<!\x01\x01!\x02\x01!**>", "MLNode: can not read chunk data\n"},
+        {"007<!\x01\x01!\x0c\x01!aa***>", "MLNode: can not finish to read chunk\n"},
+    };
+    for (const auto& [bytes, message] : bad) {
+        EXPECT_NE(ReadBlock(bytes, [&](LBlindData* s) { return record.ReadFrom(s); }), 0);
+        EXPECT_EQ(record.Message(), message);
+    }
+    LHeadlessNode empty(1);
+    empty.clearMorphs();
+    EXPECT_EQ(NodeBlock(empty), "007<!\x01\x01*>");
+}
