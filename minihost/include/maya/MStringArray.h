@@ -1,0 +1,9 @@
+#pragma once
+
+#include "maya/MArrayOf.h"
+#include "maya/MString.h"
+
+class MStringArray : public MArrayOf<MString> {
+  public:
+    using MArrayOf<MString>::MArrayOf;
+};

@@ -1,0 +1,8 @@
+#pragma once
+
+#include "maya/MArrayOf.h"
+
+class MUintArray : public MArrayOf<unsigned> {
+  public:
+    using MArrayOf<unsigned>::MArrayOf;
+};
