@@ -1,0 +1,163 @@
+#include <maya/MFnPlugin.h>
+#include <maya/MGlobal.h>
+
+#include "core/sculpt/LNodeRecord.h"
+#include "host/commands/GeneralCommands.h"
+#include "host/commands/KelmoCmd.h"
+#include "host/commands/KelmoNewCmd.h"
+#include "host/commands/KelmoStrokeCmd.h"
+#include "host/commands/ObjectCommands.h"
+#include "host/commands/WiringCommands.h"
+#include "host/ml/Diagnostics.h"
+#include "host/nodes/KelmoBlindData.h"
+#include "host/nodes/KelmoIOCallbacks.h"
+#include "host/nodes/KelmoNode.h"
+#include "host/nodes/KelmoNode2.h"
+#include "host/nodes/KelmoRenderMessage.h"
+#include "host/nodes/NodeCallbacks.h"
+
+// What the module brings, in the order in which the host hears of it and, elsewhere, in which it is
+// taken down. Scenes and scripts rely on names and numbers alone.
+
+using namespace VantrelSDK;
+
+namespace {
+
+struct DataRow {
+    const char* name;
+    unsigned id;
+    MCreatorFunction creator;
+    const char* registering;
+};
+constexpr DataRow kData[] = {
+    {kBlindDataName, kBlindDataId, KelmoBlindData::creator, "register KelmoBlindData"},
+    {kSurfaceCallbackName, kSurfaceCallbackId, KelmoSurfaceCallback::creator,
+     "register KelmoSurfaceCallback"},
+    {kStencilCallbackName, kStencilCallbackId, KelmoStencilCallback::creator,
+     "register KelmoStencilCallback"},
+    {kRefImageCallbackName, kRefImageCallbackId, KelmoRefImageCallback::creator,
+     "register KelmoRefImageCallback"},
+};
+
+struct NodeRow {
+    const char* name;
+    unsigned id;
+    MCreatorFunction creator;
+    MInitializeFunction initialize;
+    MPxNode::Type kind;
+    const char* registering;
+};
+constexpr NodeRow kNodes[] = {
+    {kKelmoNodeName, kKelmoNodeId, KelmoNode::creator, KelmoNode::initialize,
+     MPxNode::kDeformerNode, "register Kelmo Defromer node"},
+    {kKelmoNode2Name, kKelmoNode2Id, KelmoNode2::creator, KelmoNode2::initialize,
+     MPxNode::kDependNode, "register Kelmo2 node"},
+    {kKelmoHelperName, kKelmoHelperId, KelmoHelper::creator, KelmoHelper::initialize,
+     MPxNode::kDeformerNode, "register Kelmo helper node"},
+};
+/// The order in which they go.
+constexpr unsigned kNodesDown[] = {kKelmoNode2Id, kKelmoHelperId, kKelmoNodeId};
+
+struct CommandRow {
+    const char* name;
+    MCreatorFunction creator;
+    MCreateSyntaxFunction syntax;
+};
+constexpr CommandRow kCommands[] = {
+    {"KelmoNew", KelmoNewCmd::creator, KelmoNewCmd::newSyntax},
+    {"KelmoVersion", KelmoVersionCmd::creator, KelmoVersionCmd::newSyntax},
+    {"Kelmo", MakeNodeCommand<kKelmoCmd>, MakeNodeSyntax<kKelmoCmd>},
+    {"KelmoTime", KelmoTimeCmd::creator, KelmoTimeCmd::newSyntax},
+    {"KelmoSetVer", KelmoSetVerCmd::creator, KelmoSetVerCmd::newSyntax},
+    {"KelmoDiag", KelmoDiagCmd::creator, KelmoDiagCmd::newSyntax},
+    {"KelmoNeutral", MakeNodeCommand<kKelmoNeutralCmd>, MakeNodeSyntax<kKelmoNeutralCmd>},
+    {"KelmoTarget", MakeNodeCommand<kKelmoTargetCmd>, MakeNodeSyntax<kKelmoTargetCmd>},
+    {"KelmoStroke", KelmoStrokeCmd::creator, nullptr},
+    {"KelmoSubdivs", MakeNodeCommand<kKelmoSubdivsCmd>, MakeNodeSyntax<kKelmoSubdivsCmd>},
+    {"KelmoRender", KelmoRenderCmd::creator, KelmoRenderCmd::newSyntax},
+};
+constexpr const char* kCommandsDown[] = {
+    "KelmoVersion", "Kelmo",       "KelmoNew",    "KelmoTime",    "KelmoSetVer", "KelmoDiag",
+    "KelmoNeutral", "KelmoTarget", "KelmoStroke", "KelmoSubdivs", "KelmoRender",
+};
+
+/// Tells a failure by what was being done.
+MStatus Checked(const MStatus& status, const MString& what) {
+    if (!status) status.perror(what);
+    return status;
+}
+
+MStatus RegisterTypes(MFnPlugin& plugin) {
+    for (const DataRow& row : kData)
+        CHECK_MSTATUS_AND_RETURN_IT(
+            Checked(plugin.registerData(row.name, MTypeId(row.id), row.creator), row.registering));
+    for (const NodeRow& row : kNodes)
+        CHECK_MSTATUS_AND_RETURN_IT(Checked(
+            plugin.registerNode(row.name, MTypeId(row.id), row.creator, row.initialize, row.kind),
+            row.registering));
+    for (const CommandRow& row : kCommands)
+        CHECK_MSTATUS_AND_RETURN_IT(
+            Checked(plugin.registerCommand(row.name, row.creator, row.syntax), row.name));
+    return MS::kSuccess;
+}
+
+MStatus RegisterMessages(MFnPlugin& plugin) {
+    CHECK_MSTATUS_AND_RETURN_IT(Checked(RegisterIOCallbacks(), "RegisterIOCallbacks"));
+    CHECK_MSTATUS_AND_RETURN_IT(
+        Checked(KelmoRenderMessage::RegisterRenderCallbacks(), "RegisterRenderCallbacks"));
+    return Checked(plugin.registerUI("KelmoCreateUI", "KelmoDeleteUI", "", ""),
+                   "registerUIScripts");
+}
+
+void ReportFile(const char* name, const char* found) {
+    const MString folder = GetPatternsPath(name, true);
+    if (folder.length() > 0) MGlobal::displayInfo(found + folder);
+}
+
+/// What the person may want to know of the surroundings.
+void Report() {
+    if (MGlobal::mayaState() == MGlobal::kInteractive) {
+        MGlobal::executeCommand("KelmoAssignHotkeys");
+        MGlobal::executeCommand("KelmoToolContextHotkeys 0");
+    }
+    MGlobal::displayInfo("OpenGL is not supported.");
+    MLNode::LoadPreferences();
+    if (!LNode::prefDoUseTablet)
+        MGlobal::displayInfo("TABLET SENSIVITY IS OF - YOU CAN TURN IT ON KELMO PREFERENCES");
+    ReportFile("patterns.cfg", "Vantrel: patterns configuration file is found in\n//");
+    ReportFile("kmmove.xpm", "Vantrel: icons are found in\n");
+    MGlobal::displayInfo(MString("Vantrel (") + GetKelmoVersionString().c_str() + ") is loaded.");
+}
+
+MStatus DeregisterTypes(MFnPlugin& plugin) {
+    for (const unsigned id : kNodesDown)
+        CHECK_MSTATUS_AND_RETURN_IT(
+            Checked(plugin.deregisterNode(MTypeId(id)), "deregister Kelmo nodes"));
+    for (const DataRow& row : kData)
+        CHECK_MSTATUS_AND_RETURN_IT(
+            Checked(plugin.deregisterData(MTypeId(row.id)), MString("de") + row.registering));
+    for (const char* name : kCommandsDown)
+        CHECK_MSTATUS_AND_RETURN_IT(Checked(plugin.deregisterCommand(name), name));
+    return MS::kSuccess;
+}
+
+}  // namespace
+
+MStatus initializePlugin(MObject module) {
+    MFnPlugin plugin(module, "Vantrel", GetKelmoVersionString().c_str(), "Any");
+    CHECK_MSTATUS_AND_RETURN_IT(RegisterTypes(plugin));
+    CHECK_MSTATUS_AND_RETURN_IT(RegisterMessages(plugin));
+    Report();
+    return MS::kSuccess;
+}
+
+MStatus uninitializePlugin(MObject module) {
+    MFnPlugin plugin(module, "Unknown", "Unknown", "Any");
+    CHECK_MSTATUS_AND_RETURN_IT(DeregisterTypes(plugin));
+    DeregisterIOCallbacks();
+    KelmoRenderMessage::DeregisterRenderCallbacks();
+    CloseDiagFile();
+    KelmoNode::release();
+    KelmoNode2::release();
+    return MS::kSuccess;
+}

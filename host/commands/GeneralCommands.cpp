@@ -1,0 +1,74 @@
+#include "host/commands/GeneralCommands.h"
+
+#include <maya/MArgDatabase.h>
+#include <maya/MGlobal.h>
+
+#include "core/sculpt/LNodeRecord.h"
+#include "host/commands/EditCommand.h"
+#include "host/nodes/KelmoRenderMessage.h"
+
+namespace VantrelSDK {
+
+MString getGlMetrics() {
+    return "\nOpenGL is not supported.\n";
+}
+
+bool IsKnown(const char* procedure) {
+    return MGlobal::executeCommandStringResult(MString("whatIs ") + procedure) != "Unknown";
+}
+
+MSyntax KelmoVersionCmd::newSyntax() {
+    MSyntax syntax;
+    syntax.enableQuery(true);
+    syntax.addFlag("v", "version");
+    syntax.addFlag("vi", "versionInt");
+    return syntax;
+}
+
+MStatus KelmoVersionCmd::doIt(const MArgList& words) {
+    MStatus status;
+    const MArgDatabase parsed(syntax(), words, &status);
+    if (!status) return Failed("KelmoVersionCmd: can not parse arguments\n");
+    if (parsed.isFlagSet("versionInt"))
+        setResult(GetKelmoVersionInt());
+    else
+        setResult(GetKelmoVersionString().c_str());
+    return MS::kSuccess;
+}
+
+MSyntax KelmoDiagCmd::newSyntax() {
+    MSyntax syntax;
+    syntax.addFlag("gl", "OpenGL");
+    return syntax;
+}
+
+MStatus KelmoDiagCmd::doIt(const MArgList& words) {
+    MStatus status;
+    const MArgDatabase parsed(syntax(), words, &status);
+    if (!status) return Failed("KelmoDiagCmd: can not parse arguments\n");
+    if (parsed.isFlagSet("OpenGL"))
+        setResult(getGlMetrics());
+    else if (IsKnown("KelmoDiagnostic"))
+        return MGlobal::executeCommand("KelmoDiagnostic");
+    return MS::kSuccess;
+}
+
+MSyntax KelmoRenderCmd::newSyntax() {
+    MSyntax syntax;
+    syntax.addFlag("prr", "preRender");
+    syntax.addFlag("prf", "preRenderFrame");
+    syntax.addFlag("por", "postRender");
+    return syntax;
+}
+
+MStatus KelmoRenderCmd::doIt(const MArgList& words) {
+    MStatus status;
+    const MArgDatabase parsed(syntax(), words, &status);
+    if (!status) return Failed("KelmoRenderCmd: can not parse arguments\n");
+    if (parsed.isFlagSet("preRender")) KelmoRenderMessage::KelmoPreRender(nullptr);
+    if (parsed.isFlagSet("preRenderFrame")) KelmoRenderMessage::KelmoPreRenderFrame(nullptr);
+    if (parsed.isFlagSet("postRender")) KelmoRenderMessage::KelmoPostRender(nullptr);
+    return MS::kSuccess;
+}
+
+}  // namespace VantrelSDK

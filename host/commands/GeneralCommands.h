@@ -1,0 +1,37 @@
+#pragma once
+
+#include <maya/MPxCommand.h>
+
+namespace VantrelSDK {
+
+/// KelmoVersion: -version tells the text, -versionInt the number.
+class KelmoVersionCmd : public MPxCommand {
+  public:
+    static void* creator() { return new KelmoVersionCmd; }
+    static MSyntax newSyntax();
+    MStatus doIt(const MArgList& words) override;
+};
+
+/// KelmoDiag: -OpenGL tells what there is to draw with; without a flag the interface's own
+/// diagnosis runs, where there is one.
+class KelmoDiagCmd : public MPxCommand {
+  public:
+    static void* creator() { return new KelmoDiagCmd; }
+    static MSyntax newSyntax();
+    MStatus doIt(const MArgList& words) override;
+};
+
+/// KelmoRender: what nodes do around a render; the host's render settings call it.
+class KelmoRenderCmd : public MPxCommand {
+  public:
+    static void* creator() { return new KelmoRenderCmd; }
+    static MSyntax newSyntax();
+    MStatus doIt(const MArgList& words) override;
+};
+
+/// What there is to draw with.
+MString getGlMetrics();
+/// Whether a command or procedure is there.
+bool IsKnown(const char* procedure);
+
+}  // namespace VantrelSDK

@@ -1,0 +1,129 @@
+#include "host/commands/ObjectCommands.h"
+
+#include "host/commands/Finders.h"
+#include "host/ml/MLNode.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+using Answer = NodeAction::Answer;
+
+constexpr auto kUnsigned = MSyntax::kUnsigned;
+constexpr auto kLong = MSyntax::kLong;
+constexpr auto kBoolean = MSyntax::kBoolean;
+constexpr auto kString = MSyntax::kString;
+
+/// The name of a target, or the one that it has by its number.
+MStatus AskTargetName(NodeCall& call) {
+    int index = 0;
+    if (!call.Argument(0, index)) return MS::kFailure;
+    NodeProtocol protocol(call.node);
+    protocol.SetIndex(index);
+    BringUpToDate(call.node);
+    protocol.Ask(7);
+    const MString name = protocol.text();
+    const bool named = name.length() > 0 || index < 0;
+    MPxCommand::setResult(named ? name : MLNode::GetDefMorphName(static_cast<unsigned>(index)));
+    return MS::kSuccess;
+}
+
+/// The neutral becomes the delta, and unless that is not wanted the joints take its places.
+MStatus NeutralToDelta(NodeCall& call) {
+    NodeProtocol protocol(call.node);
+    protocol.SetIndex(call.words.isFlagSet("nojoints"));
+    BringUpToDate(call.node);
+    protocol.Run(184);
+    return MS::kSuccess;
+}
+
+constexpr NodeFlag kTargetFlags[] = {
+    {.brief = "l", .name = "load", .arguments = {kUnsigned}, .edit = Run(9)},
+    {.brief = "d", .name = "delta", .arguments = {kUnsigned}, .edit = Run(10)},
+    {.brief = "n",
+     .name = "name",
+     .arguments = {kUnsigned, kString},
+     .edit = RunQuietly(8),
+     .query = Call(AskTargetName),
+     .queryArguments = 1},
+    {.brief = "tn", .name = "totalnum", .query = Ask(19)},
+    {.brief = "sn", .name = "stdnum", .query = Ask(20)},
+    {.brief = "en", .name = "extnum", .query = Ask(21)},
+    {.brief = "nt", .name = "newtarg", .edit = RunQuietly(22).OnTop().Then("UpdateCurrentAE")},
+    {.brief = "dt",
+     .name = "deltarg",
+     .arguments = {kUnsigned},
+     .edit = Run(23).Then("UpdateCurrentAE", "release_kelmoDeleteTargetBox")},
+    {.brief = "ln", .name = "loadNEUTRAL", .edit = Run(132, 134, 182)},
+    {.brief = "z",
+     .name = "iszero",
+     .arguments = {kUnsigned},
+     .query = Ask(24),
+     .queryArguments = 1},
+    {.brief = "cl", .name = "clear", .arguments = {kLong}, .edit = Run(157)},
+};
+
+constexpr NodeFlag kNeutralFlags[] = {
+    {.brief = "l", .name = "load", .arguments = {kUnsigned}, .edit = Run(132, 134, 182)},
+    {.brief = "d", .name = "delta", .edit = Call(NeutralToDelta)},
+    {.brief = "nj", .name = "nojoints"},
+    {.brief = "cl", .name = "clear", .arguments = {kUnsigned}, .edit = Run(188)},
+    {.brief = "ex", .name = "export", .edit = Run(193)},
+    {.brief = "z", .name = "iszero", .query = Ask(194)},
+};
+
+constexpr NodeFlag kSubdivsFlags[] = {
+    {.brief = "tl", .name = "total", .query = Ask(90)},
+    {.brief = "ac", .name = "active", .arguments = {kUnsigned}, .edit = Run(92), .query = Ask(91)},
+    {.brief = "tp", .name = "type", .arguments = {kLong}, .query = Ask(93), .queryArguments = 1},
+    {.brief = "nv",
+     .name = "nverts",
+     .arguments = {kUnsigned},
+     .query = Ask(94),
+     .queryArguments = 1},
+    {.brief = "nf",
+     .name = "nfaces",
+     .arguments = {kUnsigned},
+     .query = Ask(95),
+     .queryArguments = 1},
+    {.brief = "nm",
+     .name = "name",
+     .arguments = {kUnsigned},
+     .query = Ask(96, Answer::kText),
+     .queryArguments = 1},
+    {.brief = "n", .name = "newsubdiv", .edit = Run(97).OnTop().Answering(Answer::kIndex)},
+    {.brief = "d", .name = "delsubdiv", .edit = Run(98).OnTop().Answering(Answer::kIndex)},
+    {.brief = "ol",
+     .name = "outputLevel",
+     .arguments = {kUnsigned},
+     .edit = Plug("numRenderSubdivLvls"),
+     .query = Plug("numRenderSubdivLvls")},
+    {.brief = "frt",
+     .name = "forceRenderTop",
+     .arguments = {kBoolean},
+     .edit = Plug("forceRenderTopLevel"),
+     .query = Plug("forceRenderTopLevel")},
+    {.brief = "sg",
+     .name = "smoothGeom",
+     .arguments = {kBoolean},
+     .edit = Plug("doSmoothGeomSubdivs"),
+     .query = Plug("doSmoothGeomSubdivs")},
+    {.brief = "sc",
+     .name = "smoothColor",
+     .arguments = {kBoolean},
+     .edit = Plug("doSmoothColorSubdivs"),
+     .query = Plug("doSmoothColorSubdivs")},
+    {.brief = "su",
+     .name = "smoothUVs",
+     .arguments = {kBoolean},
+     .edit = Plug("doSmoothUVSubdivs"),
+     .query = Plug("doSmoothUVSubdivs")},
+};
+
+}  // namespace
+
+const NodeCommandTable kKelmoTargetCmd{"KelmoTargetCmd", kTargetFlags};
+const NodeCommandTable kKelmoNeutralCmd{"KelmoNeutralCmd", kNeutralFlags};
+const NodeCommandTable kKelmoSubdivsCmd{"KelmoSubdivsCmd", kSubdivsFlags};
+
+}  // namespace VantrelSDK

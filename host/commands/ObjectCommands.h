@@ -1,0 +1,11 @@
+#pragma once
+
+#include "host/commands/NodeCommand.h"
+
+namespace VantrelSDK {
+
+// One command for each kind of object that a node holds: KelmoTarget, KelmoNeutral, KelmoSubdivs.
+
+extern const NodeCommandTable kKelmoTargetCmd, kKelmoNeutralCmd, kKelmoSubdivsCmd;
+
+}  // namespace VantrelSDK

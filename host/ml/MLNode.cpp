@@ -1,0 +1,219 @@
+#include "host/ml/MLNode.h"
+
+#include <maya/MDagPath.h>
+#include <maya/MFnDependencyNode.h>
+#include <maya/MGlobal.h>
+#include <maya/MItDependencyGraph.h>
+#include <maya/MPlugArray.h>
+#include <maya/MPxNode.h>
+
+#include <algorithm>
+
+#include "core/sculpt/LNodeRecord.h"
+#include "host/ml/MLFalloffCache.h"
+#include "host/ml/MLMesh.h"
+#include "host/ml/MLMeshObject.h"
+#include "host/ml/MLProgressCallback.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+constexpr unsigned kFalloffSamples = 40;
+constexpr int kMostRounds = 1000;
+
+LPoint3 Single(const MPoint& p) {
+    return {static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z)};
+}
+LPoint3 Single(const MVector& v) {
+    return {static_cast<float>(v.x), static_cast<float>(v.y), static_cast<float>(v.z)};
+}
+
+/// The mesh that a plug feeds, through what stands between; invalid unless there is exactly one.
+MDagPath ShapeFedBy(const MPlug& output) {
+    MDagPath found;
+    int count = 0;
+    if (output.isNull()) return found;
+    MItDependencyGraph walk(output, MFn::kMesh, MItDependencyGraph::kDownstream);
+    for (; !walk.isDone(); walk.next())
+        if (++count == 1) MDagPath::getAPathTo(walk.thisNode(), found);
+    return count == 1 ? found : MDagPath();
+}
+
+}  // namespace
+
+const BrushView* MLNode::brushView = nullptr;
+bool MLNode::offontimechange = false;
+int MLNode::offbrushmode = 0;
+
+MLNode* MLNode::FromObject(const MObject& node) {
+    return dynamic_cast<MLNode*>(MFnDependencyNode(node).userNode());
+}
+
+MString MLNode::GetDefMorphName(unsigned index) {
+    return LTargetLists::GetDefMorphName(static_cast<int>(index));
+}
+
+void MLNode::Error(const MString& text) const {
+    MGlobal::displayError(MString(NameOf(nodeClass())) + ": " + text);
+}
+
+MLMeshObject* MLNode::meshObject() const {
+    return static_cast<MLMeshObject*>(lobject());
+}
+
+bool MLNode::Init(const MObject& mesh, bool restored) {
+    if (restored && meshObject()) {
+        bool changed = false;
+        meshObject()->StorePoly2Faces(mesh);
+        if (!meshObject()->Update(changed, mesh, -1)) return false;
+        meshObject()->UpdateBases();
+    } else {
+        if (LNode::Init(std::make_unique<MLMeshObject>(this, mesh)) != 0 || !CreateDelta())
+            return false;
+    }
+    UpdateFalloffs();
+    return true;
+}
+
+void MLNode::RaiseLevels() {
+    const LSubdivMesh* delta = GetDeltaMesh();
+    if (!delta || !lobject()) return;
+    if (lobject()->GetOrigGeom()->GetNumSubivLevels() == delta->GetNumSubivLevels()) return;
+    lobject()->Update(nullptr, delta, -1);
+    lobject()->SetActiveSubdivLevel(delta->GetActiveLevel());
+    inputChanged = true;
+}
+
+void MLNode::UpdateFalloffs() {
+    const auto update = [this](std::unique_ptr<LFalloffCache>& cache, NodeAttributes::Member ramp) {
+        if (cache)
+            cache->Compute();
+        else
+            cache = std::make_unique<MLFalloffCache>(*this, ramp, kFalloffSamples);
+    };
+    update(_lfalloff1(), &NodeAttributes::m_moFalloff);
+    update(_lfalloff2(), &NodeAttributes::m_moFalloff2);
+}
+
+bool MLNode::InitSculpt() {
+    if (!lobject()) return false;
+    const int active = GetDeltaMesh() ? GetDeltaMesh()->GetActiveLevel() : 0;
+    RaiseLevels();
+    lobject()->SetActiveSubdivLevel(active);
+    TakeWorldMatrices();
+    plug(&NodeAttributes::m_moInTime).getValue(sculptTime);
+    return LNode::InitSculpt();
+}
+
+void MLNode::FinishSculpt(bool keep) {
+    const bool was = IsSculpting();
+    LNode::FinishSculpt(keep);
+    if (!was) return;
+    // What goes out is no longer the input as it is.
+    inputChanged = true;
+    displayGeomChanged = true;
+}
+
+bool MLNode::InitTransform(const MPoint& pos, const MVector& view, const MVector& orth,
+                           const MVector& normal, float sx, float sy, float radius, int mode,
+                           bool force) {
+    return InitTransform(Single(pos), Single(view), Single(-orth), Single(normal), LPoint2(sx, sy),
+                         radius, mode, force);
+}
+
+bool MLNode::Transform(const MPoint& pos, float sx, float sy, const MVector& normal) {
+    return Transform(Single(pos), LPoint2(sx, sy), Single(normal));
+}
+
+bool MLNode::IntersectRay(const MPoint& origin, const MVector& dir, MPoint& point,
+                          MVector& normal) {
+    LOctTree::RayHit hit;
+    if (!loctTree() || !loctTree()->TraceRay(Single(origin), Single(dir), hit)) return false;
+    const LPoint3 p = Single(origin) + Single(dir) * hit.t,
+                  n = lmeshCache()->GetFaceNormal(hit.face);
+    point = MPoint(p.x, p.y, p.z);
+    normal = MVector(n.x, n.y, n.z);
+    return true;
+}
+
+void MLNode::GetObjToWorld(MMatrix& matrix, bool fresh) const {
+    if (IsSculpting() && !fresh) {
+        matrix = objToWorld_;
+        return;
+    }
+    const MDagPath shape = ShapeFedBy(outputPlug());
+    matrix = shape.isValid() ? shape.inclusiveMatrix() : MMatrix();
+}
+
+void MLNode::GetWorldToObj(MMatrix& matrix, bool fresh) const {
+    if (IsSculpting() && !fresh) {
+        matrix = worldToObj_;
+        return;
+    }
+    GetObjToWorld(matrix, true);
+    matrix = matrix.inverse();
+}
+
+void MLNode::TakeWorldMatrices() {
+    GetObjToWorld(objToWorld_, true);
+    worldToObj_ = objToWorld_.inverse();
+}
+
+int MLNode::WriteTo(LBlindData* stream) {
+    RaiseLevels();
+    LNodeRecord record(*this, {});
+    const int code = record.WriteTo(stream);
+    if (code != 0) MGlobal::displayError(record.Message().c_str());
+    return code;
+}
+
+int MLNode::ReadFrom(LBlindData* stream) {
+    LNodeRecord record(*this, [this] { return std::make_unique<MLMeshObject>(this); });
+    const int code = record.ReadFrom(stream);
+    if (code != 0) MGlobal::displayError(record.Message().c_str());
+    return code;
+}
+
+std::unique_ptr<LProgressCallback> MLNode::getProgressCallbck() {
+    return std::make_unique<MLProgressCallback>();
+}
+
+int MLNode::getTransformMode(bool modifiers) const {
+    int mode = 0;
+    const MPlug stored = plug(&NodeAttributes::m_moSculptMode);
+    if (stored.isNull()) Error("can not grab the sculptMode plug\n");
+    if (!stored.getValue(mode)) Error("can not get value from sculptMode plug\n");
+    if (IsShiftPressed()) return GetShiftMode(mode);
+    return modifiers && IsCtrlPressed() ? GetCtrlMode(mode) : mode;
+}
+
+float MLNode::getBrushPaintPressure(bool) const {
+    const MPlug all = plug(&NodeAttributes::m_moPaintPressMult);
+    const int mode = getTransformMode(false);
+    if (all.isNull()) Error("null PaintPressMult plug");
+    if (all.numElements() == 0) Error("PaintPressMult plug has 0 elements");
+    const MPlug element = all.elementByLogicalIndex(static_cast<unsigned>(std::max(mode, 0)));
+    return element.asFloat() * 1.0f * 0.1f;
+}
+
+float MLNode::getToolSize() const {
+    const MPlug all = plug(&NodeAttributes::m_moToolSize);
+    const int mode = getTransformMode(false);
+    if (all.numElements() == 0) Error("toolSize plug has 0 elements");
+    return all.elementByLogicalIndex(static_cast<unsigned>(std::max(mode, 0))).asFloat();
+}
+
+void MLNode::setToolSize(float size, int mode) {
+    if (mode < 0) mode = getTransformMode(false);
+    MPlug element = plug(&NodeAttributes::m_moToolSize)
+                        .elementByLogicalIndex(static_cast<unsigned>(std::max(mode, 0)));
+    if (!element.setValue(size)) Error("can not get elementByLogicalIndex");
+}
+
+int MLNode::Count(NodeAttributes::Member attribute) const {
+    const MPlug held = plug(attribute);
+    return held.isNull() ? 0 : std::clamp(held.asInt(), 0, kMostRounds);
+}
+
+}  // namespace VantrelSDK

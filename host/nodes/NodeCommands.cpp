@@ -1,0 +1,100 @@
+#include "host/nodes/NodeCommands.h"
+
+#include <maya/MFnPluginData.h>
+#include <maya/MGlobal.h>
+
+#include <map>
+
+#include "host/ml/Diagnostics.h"
+#include "host/ml/MLMeshObject.h"
+#include "host/ml/MLNode.h"
+#include "host/nodes/NodeCallbacks.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+using N = NodeAttributes;
+
+const std::map<int, NodeCommands::Command>& AllCommands() {
+    static const std::map<int, NodeCommands::Command> all = [] {
+        std::map<int, NodeCommands::Command> made;
+        for (const auto rows :
+             {NodeCommands::SessionRows(), NodeCommands::TargetRows(), NodeCommands::StateRows(),
+              NodeCommands::LevelRows(), NodeCommands::NeutralRows()})
+            for (const NodeCommands::Row& row : rows) made.emplace(row.number, row.command);
+        return made;
+    }();
+    return all;
+}
+
+/// The older node counts from 25 on without three of the newer one's commands.
+int NumberFor(NodeClass which, int number) {
+    return which == NodeClass::kNode && number >= 25 ? number + 3 : number;
+}
+
+}  // namespace
+
+void NodeCommands::Run(MPlugArray& affected) {
+    affected_ = &affected;
+    const int number = NumberFor(node_.nodeClass(), node_.plug(&N::m_moCommnad).asInt());
+    Log(MString(std::to_string(number)));
+    const auto known = AllCommands().find(number);
+    if (known != AllCommands().end()) (this->*known->second)();
+}
+
+int NodeCommands::Index() const {
+    return node_.plug(&N::m_moParam0).asInt();
+}
+float NodeCommands::Number() const {
+    return node_.plug(&N::m_moParam1).asFloat();
+}
+MString NodeCommands::Text() const {
+    return node_.plug(&N::m_moParam2).asString();
+}
+MObject NodeCommands::Given() const {
+    return node_.plug(&N::m_moParam2).asMObject();
+}
+void NodeCommands::Answer(int value) {
+    node_.plug(&N::m_moParam0).setValue(value);
+}
+void NodeCommands::Answer(float value) {
+    node_.plug(&N::m_moParam1).setValue(value);
+}
+void NodeCommands::Answer(const MString& text) {
+    node_.plug(&N::m_moParam2).setValue(text);
+}
+void NodeCommands::Error(const char* text) const {
+    node_.Error(text);
+}
+
+LMorphTarget* NodeCommands::Target() const {
+    const int index = Index();
+    LMorphTarget* target = node_.GetMorph(index);
+    if (index < 0 || index >= node_.GetNumMorphs())
+        Error("there is no target with such index.");
+    else if (!target)
+        Error("null target.");
+    return target;
+}
+
+LMorphTarget* NodeCommands::Neutral() const {
+    LMorphTarget* neutral = node_.GetNeutral();
+    if (!neutral) Error("null target.");
+    return neutral;
+}
+
+void NodeCommands::OutputChanged() {
+    node_.ForceEvaluation(1);
+    node_.inputChanged = node_.displyDirtied = node_.displayGeomChanged = true;
+    affected_->append(node_.outputPlug());
+    affected_->append(node_.plug(&N::m_moDisplayCbk));
+}
+
+bool NodeCommands::HasGeometry() {
+    // What was made a moment ago has seen no mesh yet.
+    if (!node_.lnodeinited || node_.postload) node_.outputPlug().asMObject();
+    return node_.lnodeinited && node_.lobject() && node_.GetDelta();
+}
+
+}  // namespace VantrelSDK

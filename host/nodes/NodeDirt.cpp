@@ -1,0 +1,174 @@
+#include <maya/MFnMatrixData.h>
+#include <maya/MFnPluginData.h>
+#include <maya/MGlobal.h>
+
+#include <exception>
+#include <set>
+#include <string>
+
+#include "host/ml/Diagnostics.h"
+#include "host/ml/MLNode.h"
+#include "host/nodes/NodeCallbacks.h"
+#include "host/nodes/NodeCommands.h"
+#include "host/nodes/NodeEvaluation.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+using N = NodeAttributes;
+
+MMatrix MatrixOf(const MPlug& plug) {
+    return MFnMatrixData(plug.asMObject()).matrix();
+}
+
+MVector TripleOf(const MPlug& plug) {
+    return {plug.child(0).asFloat(), plug.child(1).asFloat(), plug.child(2).asFloat()};
+}
+
+MVector Row(const MMatrix& m, unsigned row) {
+    return {m(row, 0), m(row, 1), m(row, 2)};
+}
+
+/// Without its element, index or parent.
+std::string BaseName(const MPlug& plug) {
+    const std::string name = plug.partialName().str();
+    return name.substr(0, name.find('['));
+}
+
+}  // namespace
+
+void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected) {
+    static const std::set<std::string> kShown{
+        "affc", "dimo", "affs", "sten", "pmod", "puv",  "shaz", "shal", "oo",  "usop",
+        "ssao", "ssar", "sssa", "glsl", "cull", "shtx", "txop", "pouc", "dmo", "dma"};
+    const std::string name = BaseName(plug);
+    Log(name.c_str());
+    if (name == "ex" || name == "ex0") {
+        NodeCommands(node_).Run(affected);
+    } else if (name == "ig" || name == "igp") {
+        InputBecameStale();
+    } else if (name == "br") {
+        Step();
+        AppendOutputs(affected);
+    } else if (name == "bt" || name == "bs") {
+        node_.setBlendCache(node_.plug(&N::m_moBlendTarg).asInt());
+    } else if (name == "it") {
+        TimeChanged();
+    } else if (name == "fl" || name == "fl2") {
+        if (node_.lnodeinited) node_.UpdateFalloffs();
+    } else if (name == "nrsl" || name == "frtl") {
+        node_.inputChanged = true;
+        node_.ForceEvaluation();
+        AppendOutputs(affected);
+    } else if (name == "poao" || name == "exp" || name == "scl") {
+        node_.ForceEvaluation();
+    } else if (name == "mt") {
+        node_.ForceEvaluation(100);
+        affected.append(node_.outputPlug());
+    } else if (kShown.contains(name)) {
+        node_.displyDirtied = true;
+        if (name == "pouc") node_.inputChanged = true;
+    }
+}
+
+void NodeEvaluation::AppendOutputs(MPlugArray& affected) const {
+    affected.append(node_.outputPlug());
+    affected.append(node_.plug(&N::m_moDisplayCbk));
+}
+
+/// The caches of a session hold what is sculpted, whatever comes in.
+void NodeEvaluation::InputBecameStale() {
+    if (!node_.lnodeinited) return;
+    node_.inputChanged = node_.displyDirtied = node_.displayGeomChanged = true;
+    if (!node_.IsSculpting()) node_.deleteAllLevelTrees();
+}
+
+void NodeEvaluation::TimeChanged() {
+    if (!node_.lnodeinited || node_.IsStroking()) return;
+    if (node_.GetDelta()) node_.GetDelta()->FlushUndo();
+    node_.inputChanged = node_.displayGeomChanged = true;
+    MTime now;
+    if (!node_.IsSculpting() || !node_.plug(&N::m_moInTime).getValue(now) ||
+        now == node_.sculptTime)
+        return;
+    node_.TakeWorldMatrices();
+    const int mode = node_.getTransformMode(false);
+    MLNode::offontimechange = IsSculptTransformMode(mode);
+    if (MLNode::offontimechange) MLNode::offbrushmode = mode;
+    MGlobal::executeCommand("setToolTo selectSuperContext");
+}
+
+/// The press: the tool has put the start of the stroke into plugs and connected its place.
+void NodeEvaluation::BeginStroke() {
+    const auto single = [&](N::Member attribute) { return node_.plug(attribute).asFloat(); };
+    const MMatrix brush = MatrixOf(node_.plug(&N::m_moBrush));
+    BrushView view{-Row(brush, 2).normal(), Row(brush, 0).normal(), node_.getToolSize()};
+    if (MLNode::brushView) view = *MLNode::brushView;
+    const MMatrix toObject =
+        MatrixOf(node_.plug(&N::m_moWorldToObj)) * MatrixOf(node_.plug(&N::m_moBrushadj));
+    const MPoint start(single(&N::m_moStartX), single(&N::m_moStartY), single(&N::m_moStartZ));
+    const MPoint from = start * toObject, to = (start + view.orth * view.radius) * toObject;
+    node_.InitTransform(from, (view.view * toObject).normal(), (view.orth * toObject).normal(),
+                        TripleOf(node_.plug(&N::m_moBrushNorm)), single(&N::m_moScreenx),
+                        single(&N::m_moScreeny), static_cast<float>(from.distanceTo(to)),
+                        node_.plug(&N::m_moSculptMode).asInt(), true);
+}
+
+/// A move.
+void NodeEvaluation::Step() {
+    if (!node_.IsSculpting() || !node_.IsStroking()) return;
+    try {
+        const MMatrix brush = MatrixOf(node_.plug(&N::m_moBrush));
+        const MMatrix toObject =
+            MatrixOf(node_.plug(&N::m_moWorldToObj)) * MatrixOf(node_.plug(&N::m_moBrushadj));
+        const MPoint place = MPoint(Row(brush, 3)) * toObject;
+        node_.Transform(place, node_.plug(&N::m_moScreenx).asFloat(),
+                        node_.plug(&N::m_moScreeny).asFloat(),
+                        TripleOf(node_.plug(&N::m_moBrushNorm)));
+    } catch (const std::exception&) {
+        Log("!!! exception in Transform !!!");
+    }
+}
+
+void NodeEvaluation::ConnectionMade(const MPlug& plug, const MPlug& other, bool asSrc) {
+    if (asSrc) return;
+    Log("connected " + plug.name() + "-->" + other.name());
+    const std::string name = BaseName(plug);
+    if (name == "br" && node_.IsSculpting()) {
+        try {
+            BeginStroke();
+        } catch (const std::exception&) {
+            Log("!!! exception in InitTransform !!!");
+        }
+    }
+}
+
+void NodeEvaluation::ConnectionBroken(const MPlug& plug, const MPlug& other, bool asSrc) {
+    if (asSrc) return;
+    Log("disconnected " + plug.name() + " X " + other.name());
+    const std::string name = BaseName(plug);
+    if (name == "br" && node_.IsStroking()) {
+        try {
+            node_.FinishTransform(true);
+        } catch (const std::exception&) {
+            Log("!!! exception in FinishTransform !!!");
+        }
+        PassSurface();
+    } else if (name == "it") {
+        MGlobal::executeCommand("setToolTo selectSuperContext");
+    }
+}
+
+/// What shows the node learns that its surface is another.
+void NodeEvaluation::PassSurface() {
+    MFnPluginData data;
+    MStatus status;
+    const MObject made = data.create(MTypeId(kSurfaceCallbackId), &status);
+    auto* callback = status ? dynamic_cast<KelmoSurfaceCallback*>(data.data()) : nullptr;
+    if (callback) callback->kelmo = &node_;
+    if (!callback || !node_.plug(&N::m_moDisplayCbk).setValue(made))
+        node_.Error("Can not pass KelmoSurfaceCallback");
+}
+
+}  // namespace VantrelSDK

@@ -1,0 +1,144 @@
+#include "host/nodes/NodeEvaluation.h"
+
+#include <maya/MFnGeometryData.h>
+#include <maya/MFnMesh.h>
+#include <maya/MFnMeshData.h>
+#include <maya/MGlobal.h>
+#include <maya/MTime.h>
+
+#include <algorithm>
+
+#include "core/morph/LMeshBases.h"
+#include "host/ml/Diagnostics.h"
+#include "host/ml/MLGeomDelta.h"
+#include "host/ml/MLMeshObject.h"
+#include "host/ml/MLNode.h"
+#include "host/nodes/KelmoRenderMessage.h"
+#include "host/nodes/NodeCallbacks.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+constexpr double kTicksPerSecond = 4000;
+
+/// A frame is being rendered, or there is nobody to look at anything else.
+bool IsRendering() {
+    return KelmoRenderMessage::isRendering || MGlobal::mayaState() == MGlobal::kBatch;
+}
+
+}  // namespace
+
+MStatus NodeEvaluation::Compute(Output output, const std::function<MObject()>& input,
+                                const std::function<bool(MTime&)>& time, MDataHandle& to) {
+    const bool toScene = output != Output::kDisplay;
+    // In a session the surface shows what is sculpted; what the mesh shows is left as it came.
+    if (output == Output::kGeometry && node_.lnodeinited &&
+        (node_.IsSculpting() || node_.tweakJustCleared)) {
+        const MObject mesh = input();
+        return mesh.isNull() ? MS::kFailure : to.set(mesh);
+    }
+    const int level = ChooseLevel(output);
+    if (level != node_.lastComputeLvl && !node_.keepLevel) {
+        node_.inputChanged = true;
+        node_.ForceEvaluation();
+    }
+    node_.lastComputeLvl = level;
+    node_.keepLevel = false;
+    bool changed = false;
+    MObject mesh;
+    if (toScene || !node_.lnodeinited || node_.postload || node_.inputChanged) {
+        mesh = input();
+        if (mesh.isNull()) return MS::kFailure;
+    }
+    if (!TakeInput(mesh, output, level, changed)) return MS::kFailure;
+    if (!node_.IsStroking() && !node_.skipTime) {
+        MTime now;
+        if (time(now))
+            TakeTime(now, level);
+        else
+            node_.Error("can not get input time data handle\n");
+    }
+    node_.skipTime = false;
+    if (toScene) return Export(mesh, output == Output::kProxy ? 0 : level, to);
+    node_.displyDirtied = true;
+    return to.set(new KelmoSurfaceCallback(&node_));
+}
+
+/// The level that an output shows; -1 is the top.
+int NodeEvaluation::ChooseLevel(Output output) {
+    const LSubdivMesh* delta = node_.GetDeltaMesh();
+    if (output == Output::kDisplay || (output == Output::kProxy && node_.IsSculpting()))
+        return delta ? delta->GetActiveLevel() : 0;
+    if (node_.getForceRenderTopLevel() && delta && delta->GetNumSubivLevels() > 1 &&
+        IsRendering()) {
+        node_.inputChanged = true;
+        return -1;
+    }
+    return std::max(node_.getNumRenderSubdivisionLevels(), 0);
+}
+
+/// Reads the input where that is due. False when the node can't use it.
+bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level, bool& changed) {
+    if (!node_.lnodeinited || node_.postload) {
+        const bool restored = node_.postload;
+        if (!node_.Init(input, restored)) {
+            node_.Error("the can not update input - topo changed or no geometry.");
+            return false;
+        }
+        KelmoRenderMessage::CheckRendererMELs();
+        node_.lnodeinited = node_.inputChanged = true;
+        node_.postload = false;
+    }
+    if (!node_.inputChanged) return true;
+    if (!node_.tweakJustCleared && !node_.hasTweaks()) {
+        // A session has all levels.
+        if (!node_.meshObject()->Update(changed, input, node_.IsSculpting() ? -1 : level)) {
+            node_.Error("the can not update input - topo changed or no geometry.");
+            return false;
+        }
+        if (output == Output::kDisplay && node_.GetDeltaMesh())
+            node_.meshObject()->SetActiveSubdivLevel(node_.GetDeltaMesh()->GetActiveLevel());
+        if (node_.IsSculpting() && changed) node_.UpdateBase();
+    }
+    node_.inputChanged = false;
+    if (node_.IsSculpting()) node_.tweakJustCleared = false;
+    return true;
+}
+
+void NodeEvaluation::TakeTime(const MTime& time, int level) {
+    if (time == node_.lastEvalTime) return;
+    const LSubdivMesh* delta = node_.GetDeltaMesh();
+    const int levels = level == -1 && delta ? delta->GetNumSubivLevels() : level + 1;
+    node_.EvaluateFrame(static_cast<int>(time.as(MTime::kSeconds) * kTicksPerSecond), levels);
+    node_.lastEvalTime = time;
+    node_.displayGeomChanged = true;
+}
+
+MStatus NodeEvaluation::Export(const MObject& input, int level, MDataHandle& to) {
+    const LSubdivMesh* delta = node_.GetDeltaMesh();
+    if (!delta) return MS::kFailure;
+    const int top = delta->GetNumSubivLevels() - 1;
+    level = level < 0 ? top : std::min(level, top);
+    MObject mesh;
+    Log("gonna copy or export data\n");
+    if (level == 0 && !node_.IsNeutralizing()) {
+        mesh = MFnMeshData().create();
+        MFnMesh(input).copy(input, mesh);
+        MFnGeometryData(mesh).copyObjectGroups(input);
+        Log("copy done\n");
+    } else {
+        mesh = node_.meshObject()->Export(input, level, node_.BaseShape());
+        if (mesh.isNull()) return MS::kFailure;
+        Log("export done\n");
+    }
+    // In a session the delta is in object space already.
+    LMeshBases* bases =
+        node_.IsSculpting() || !node_.GetDelta()->HasOffsets() ? nullptr : node_.GetDeltaBases();
+    Log("gonna deform\n");
+    if (!Deform5(*node_.GetDelta(), mesh, bases, level)) return MS::kFailure;
+    Log("verts updated\n");
+    return to.set(mesh);
+}
+
+}  // namespace VantrelSDK

@@ -1,0 +1,234 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <random>
+#include <set>
+
+#include "core/io/ObjReader.h"
+#include "core/io/StrokeLog.h"
+#include "core/sculpt/StrokePlayer.h"
+#include "tests/host/ModuleFixture.h"
+
+// The node as a host's scripts know it: by its attributes, connections and numbered commands.
+
+namespace kelmo {
+namespace {
+
+using VantrelSDK::LPoint3;
+
+class NodeTest : public ModuleFixture {
+  protected:
+    struct Stroke {
+        int mode;
+        LPoint3 from;
+        std::vector<LPoint3> moves;
+        float radius;
+    };
+
+    /// The brush is a locator whose matrix is the tool's place; it looks along the head's depth.
+    void Sculpt(const Stroke& stroke) {
+        const auto number = [](float f) { return std::to_string(f); };
+        Run("if (!size(`ls brush`)) createNode locator -name brush");
+        std::string script = "setAttr k.sculptMode " + std::to_string(stroke.mode) +
+                             "; setAttr k.brushNorm 0 0 1; setAttr k.toolSize[" +
+                             std::to_string(stroke.mode) + "] " + number(stroke.radius) +
+                             "; setAttr k.paintPressMult[" + std::to_string(stroke.mode) + "] 1;";
+        const float start[3] = {stroke.from.x, stroke.from.y, stroke.from.z};
+        for (int c = 0; c < 3; ++c)
+            script += std::string("setAttr k.start") + "XYZ"[c] + " " + number(start[c]) + ";";
+        script += "connectAttr brush.matrix k.brush;";
+        for (const LPoint3& p : stroke.moves)
+            script += "move " + number(p.x) + " " + number(p.y) + " " + number(p.z) + " brush;";
+        Must(script + "disconnectAttr brush.matrix k.brush");
+    }
+    /// The same without a host: the surface of a level.
+    static std::vector<float> Replay(const std::vector<Stroke>& strokes, int level) {
+        using namespace VantrelSDK;
+        PolyMesh mesh, result;
+        FileError problem;
+        std::string error;
+        EXPECT_TRUE(ReadObj(kHead, mesh, problem)) << problem.Text();
+        LHeadlessNode node;
+        EXPECT_TRUE(node.Load(mesh, error)) << error;
+        StrokePlayer player(node, mesh);
+        const auto play = [&](const StrokeOp& op) { EXPECT_TRUE(player.Play(op, error)) << error; };
+        for (int i = 0; i < level; ++i) play(SubdivideOp{SubdivideKind::Quad});
+        for (const Stroke& s : strokes) {
+            PressOp press;
+            press.mode = s.mode;
+            press.pos = s.from;
+            press.dir = {0, 0, -1};
+            press.orth = {-1, 0, 0};
+            press.normal = {0, 0, 1};
+            press.radius = s.radius;
+            play(press);
+            for (const LPoint3& p : s.moves) {
+                MoveOp move;
+                move.pos = p;
+                move.normal = press.normal;
+                play(move);
+            }
+            play(ReleaseOp{});
+        }
+        EXPECT_TRUE(node.GetResult(mesh, level, result, error)) << error;
+        const float* raw = &result.positions.data()->x;
+        return {raw, raw + 3 * result.positions.size()};
+    }
+    std::vector<Stroke> SomeStrokes() {
+        VantrelSDK::PolyMesh mesh;
+        VantrelSDK::FileError problem;
+        VantrelSDK::ReadObj(kHead, mesh, problem);
+        std::mt19937 random(7);
+        std::vector<Stroke> strokes;
+        for (const int mode : {8, 0, 4, 12, 9, 16, 2}) {
+            // Six digits are what the scripts carry.
+            const auto cut = [](float f) { return std::stof(std::to_string(f)); };
+            const LPoint3 p = mesh.positions[random() % mesh.positions.size()];
+            Stroke s{mode, {cut(p.x), cut(p.y), cut(p.z)}, {}, 3};
+            for (int i = 1; i <= 4; ++i)
+                s.moves.push_back(
+                    {cut(s.from.x + 0.25f * i), cut(s.from.y + 0.125f * i), s.from.z});
+            strokes.push_back(s);
+        }
+        return strokes;
+    }
+};
+
+TEST_F(NodeTest, HasAllItsAttributesHidden) {
+    Run("createNode KelmoND -name k; createNode Kelmo -name old; createNode transform -name t");
+    for (const auto& [name, count] : {std::pair{"k", 180}, {"old", 170}}) {
+        const MObject object(host.scene.Find(name));
+        const MFnDependencyNode node(object);
+        std::set<std::string> longNames, shortNames;
+        std::vector<std::string> keyable;
+        const std::string skip = name == std::string("old") ? "geometryFilter" : "dependNode";
+        int own = 0;
+        for (unsigned i = 0; i < node.attributeCount(); ++i) {
+            const MFnAttribute attribute(node.attribute(i));
+            if (!attribute.parent().isNull()) continue;
+            if (host.types.Find(skip)->Find(attribute.name().asChar())) continue;
+            ++own;
+            EXPECT_TRUE(attribute.isHidden()) << attribute.name().asChar();
+            EXPECT_TRUE(longNames.insert(attribute.name().asChar()).second);
+            EXPECT_TRUE(shortNames.insert(attribute.shortName().asChar()).second);
+            if (attribute.isKeyable()) keyable.push_back(attribute.name().asChar());
+        }
+        EXPECT_EQ(own, count) << name;
+        EXPECT_THAT(keyable,
+                    testing::UnorderedElementsAre("subTracks", "groupTracks", "mixTracks"));
+    }
+}
+
+TEST_F(NodeTest, StrokesByConnectionsGiveTheBitsOfAReplay) {
+    for (const int levels : {0, 1}) {
+        host.NewScene();
+        MakeNode(kHead);
+        const std::vector<float> before = Output();
+        for (int i = 0; i < levels; ++i) Do(97);
+        Do(0);
+        const std::vector<Stroke> strokes = SomeStrokes();
+        for (const Stroke& stroke : strokes) Sculpt(stroke);
+        EXPECT_EQ(Output(), before) << "in a session the mesh stays as it came";
+        Run("setAttr k.numRenderSubdivLvls " + std::to_string(levels));
+        // The frames of the surface are between sessions, and give the bits back where it stayed.
+        Do(1);
+        const std::vector<float> sculpted = Output(), wanted = Replay(strokes, levels);
+        ASSERT_EQ(sculpted.size(), wanted.size());
+        for (size_t i = 0; i < wanted.size(); ++i) ASSERT_NEAR(sculpted[i], wanted[i], 2e-5) << i;
+        EXPECT_NE(sculpted, before);
+        // In a session the surface is that of the replay, bit for bit.
+        Do(0);
+        Do(4);
+        const std::vector<float> shown = Points("kMeshShape", "outMesh");
+        EXPECT_EQ(shown, wanted) << told.text;
+    }
+}
+
+TEST_F(NodeTest, UndoTakesStrokesBackOneByOne) {
+    MakeNode(kHead);
+    Do(0);
+    std::vector<std::vector<float>> states;
+    const auto look = [&] {
+        Do(4);
+        states.push_back(Points("kMeshShape", "outMesh"));
+        Run("delete kMesh");
+    };
+    look();
+    for (const Stroke& stroke : SomeStrokes()) {
+        Sculpt(stroke);
+        look();
+    }
+    for (size_t left = states.size() - 1; left-- > 0;) {
+        Do(6);
+        Do(4);
+        EXPECT_EQ(Points("kMeshShape", "outMesh"), states[left]) << left;
+        Run("delete kMesh");
+    }
+}
+
+TEST_F(NodeTest, AStrokeBuildsNoMesh) {
+    MakeNode(kHead);
+    Output();
+    Do(0);
+    Sculpt(SomeStrokes()[0]);
+    EXPECT_EQ(Plug("k", "outputGeom").asMObject(), Plug(source, "outMesh").asMObject());
+}
+
+TEST_F(NodeTest, AScrambledSettingReachesNoIndex) {
+    MakeNode(kHead);
+    Do(97);
+    std::mt19937 random(3);
+    const MFnDependencyNode node(MObject(host.scene.Find("k")));
+    const auto scramble = [&](unsigned i) {
+        MPlug plug(MObject(host.scene.Find("k")), node.attribute(i));
+        const std::string name = plug.partialName().asChar();
+        if (plug.isArray() || plug.isCompound() || name == "ex" || name == "ex0" || name == "cm")
+            return;
+        const double values[] = {-1, -2147483647, 2147483647, 20, 1e30, -1e30, 0, 3};
+        plug.setValue(values[random() % std::size(values)]);
+    };
+    for (int round = 0; round < 4; ++round) {
+        for (unsigned i = 0; i < node.attributeCount(); ++i)
+            if (random() % 2) scramble(i);
+        // No rounds of a thousand smoothings, which only take long.
+        Run("setAttr k.objSmIt 1; setAttr k.brushSmoothIterations 1;"
+            "setAttr k.sculptSmoothIterations 1; setAttr k.sculptSharpenIterations 1");
+        for (int number = 0; number < 260; ++number) {
+            if (number == 31 || number == 32 || number == 97 || number == 125) continue;
+            Run("setAttr k.param0 " + std::to_string(static_cast<int>(random() % 7) - 2));
+            Do(number);
+            if (number % 40 == 0 && !testing::Test::HasFailure()) {
+                Do(0);
+                Sculpt({static_cast<int>(random() % 20), {0, 0, 5}, {{0.5f, 0, 5}, {1, 0, 5}}, 2});
+            }
+        }
+        Output();
+    }
+}
+
+TEST_F(NodeTest, RefusesAnotherTopologyAndOddMeshes) {
+    MakeNode(kHead);
+    Output();
+    Run("polyCube -name box; connectAttr -force boxShape.outMesh k.inputGeom");
+    Output();
+    EXPECT_TRUE(told.Has("KelmoNode2: the can not update input - topo changed or no geometry."))
+        << told.text;
+    const std::pair<const char*, const char*> odd[] = {
+        {"empty", "v 0 0 0\n"},
+        {"shells", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 5 0 0\nv 6 0 0\nv 5 1 0\nf 1 2 3\nf 4 5 6\n"},
+        {"fin", "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 -1 0\nv 0 0 1\nf 1 2 3\nf 1 2 4\nf 1 2 5\n"}};
+    for (const auto& [name, text] : odd) {
+        host.NewScene();
+        const std::string path = folder / (std::string(name) + ".obj");
+        std::ofstream(path) << text;
+        MakeNode(path);
+        Do(97);
+        Do(0);
+        Sculpt({8, {0, 0, 0}, {{0.1f, 0, 0}, {0.2f, 0, 0}}, 1});
+        Do(1);
+        for (const float f : Output()) EXPECT_TRUE(std::isfinite(f)) << name;
+    }
+}
+
+}  // namespace
+}  // namespace kelmo
