@@ -25,7 +25,8 @@ class Runs:
             if run["run_type"] != "iteration" or run.get("error_occurred"):
                 continue
             name, *arguments = run["run_name"].split("/")
-            arguments = tuple(int(a) for a in arguments if re.fullmatch(r"\d+", a))
+            named = (re.fullmatch(r"(?:(?!iterations)\w+:)?(\d+)", a) for a in arguments)
+            arguments = tuple(int(match[1]) for match in named if match)
             self.runs.setdefault((name, arguments), []).append(run)
 
     def arguments(self, name):
@@ -182,6 +183,28 @@ def obj(runs):
         yield section("OBJ", "ObjFile", table(["triangles with UVs", "ms", "MB/s", "million triangles/s"], rows))
 
 
+def records(runs):
+    rows = []
+    for title, name, other in [
+        ("save, until it is on the disk", "BM_SaveNode", "BM_CopyToDisk"),
+        ("load", "BM_LoadNode", "BM_CopyToCache"),
+    ]:
+        for arguments in runs.arguments(name):
+            if arguments not in runs.arguments(other):
+                continue
+            ours, copy = (runs.median(n, arguments, "real_time") for n in (name, other))
+            megabytes = runs.median(name, arguments, "megabytes")
+            rows.append([title, number(megabytes), number(ours), number(copy), f"{copy / ours:.2f}"])
+    if rows:
+        yield section(
+            "The state of a node",
+            "BM_(SaveNode|LoadNode|Copy)",
+            "A copy of the same file, in the same run: to the disk beside saving, to the system's cache beside "
+            "loading.\n",
+            table(["", "MB", "ms", "copy, ms", "of a copy's speed"], rows),
+        )
+
+
 def opening(runs):
     rows = [
         [
@@ -259,6 +282,89 @@ def targets(runs):
             "BM_SumTargets",
             table(["vertices", "moved by each", "µs", "frames a second"], rows),
         )
+    rows = []
+    for (percent,) in runs.arguments("BM_Frame"):
+        stages = [runs.median("BM_Frame", (percent,), stage) for stage in ("sum", "frames", "add")]
+        rows.append(
+            [f"{percent} %", number(sum(stages) / 1000)] + [f"{100 * stage / sum(stages):.0f} %" for stage in stages]
+        )
+    if rows:
+        yield section(
+            "A frame at level 3 of 5,776 quads, 370 thousand vertices, with 5 targets, one worker",
+            "BM_Frame",
+            table(["moved by each", "ms", "the sum", "through the frames", "onto the surface"], rows),
+        )
+    rows = [
+        [f"{quads:,}", f"{percent} %", "each its own" if own else "one",
+         number(runs.median("BM_ConvertTargets", (quads, percent, own), "real_time")),
+         number(runs.median("BM_ConvertTargets", (quads, percent, own), "per_offset"))]
+        for quads, percent, own in runs.arguments("BM_ConvertTargets")
+    ]
+    if rows:
+        yield section(
+            "50 targets at level 2 to object space and back, one worker",
+            "BM_ConvertTargets",
+            table(["quads of level 0", "moved by each", "skins", "ms", "ns an offset and way"], rows),
+        )
+
+
+def host_frames(runs):
+    found = [("SkinFrame", a, "curves, joints, skin") for a in runs.arguments("SkinFrame")]
+    found += [
+        ("NodeFrame", a, f"joints, skin, the node at level {a[1]}" if a[2] else "joints, skin")
+        for a in runs.arguments("NodeFrame")
+    ]
+    rows = [
+        [what, f"{a[0]:,}", number(runs.median(name, a, "cpu_time")), number(runs.median(name, a, "items_per_second"))]
+        for name, a, what in found
+    ]
+    if rows:
+        yield section(
+            "A frame of the small host: 20 joints, on one core",
+            "(Skin|Node)Frame",
+            table(["through", "vertices", "µs", "frames a second"], rows),
+        )
+
+
+def graph(runs):
+    rows = [
+        [f"{title}, {a[0]} nodes", number(runs.median(name, a, "cpu_time"))]
+        for name, title in [("BM_PlugWrite", "a plug is written, all behind it gets stale"),
+                            ("BM_UnchangedGraph", "the end of a chain is asked, nothing is stale")]
+        for a in runs.arguments(name)
+    ]
+    if rows:
+        yield section("The graph of the small host", "BM_(PlugWrite|UnchangedGraph)", table(["", "ns"], rows))
+
+
+def scenes(runs):
+    rows = [
+        [f"{size(a[0])} {what}", "binary" if a[1] else "text", "save" if a[2] else "load",
+         number(runs.median(name, a, "cpu_time")), number(runs.median(name, a, "bytes") / 1e6)]
+        for name, what in [("BM_SceneNodes", "nodes"), ("BM_SceneMesh", "vertices of a mesh")]
+        for a in runs.arguments(name)
+    ]
+    rows += [
+        [f"{size(a[0])} vertices of a mesh", "OBJ", "import", number(runs.median("ImportObjFile", a, "cpu_time")), ""]
+        for a in runs.arguments("ImportObjFile")
+    ]
+    if rows:
+        yield section("Scenes", "BM_Scene|ImportObjFile", table(["", "form", "", "ms", "MB"], rows))
+
+
+def scripts(runs):
+    rows = [
+        [title] + [number(1e9 / runs.median(name, a, "items_per_second")) for a in runs.arguments(name)]
+        for name, title in [
+            ("ScriptOfStatements", "statements, read and run once each"),
+            ("ScriptCommandCalls", "calls of a command with four words"),
+            ("ScriptProcedureCalls", "calls of a procedure that adds"),
+            ("ScriptArray", "elements written to an array that grows, and one read for each"),
+        ]
+        if runs.arguments(name)
+    ]
+    if rows:
+        yield section("Scripts", "Script", table(["", "ns each, of 10 k", "of 100 k"], rows))
 
 
 def machine(runs):
@@ -348,7 +454,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, tree, obj, opening, levels, targets]
+        makers = [strokes, parts, workers, tree, obj, opening, levels, targets, records, host_frames, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

@@ -4,6 +4,31 @@
 
 namespace kelmo {
 
+namespace {
+
+CLI::App* AddRun(CLI::App& app, RunOptions& run) {
+    CLI::App* command = app.add_subcommand("run", "Run host commands, headless.");
+    CLI::Option* script =
+        command->add_option("SCRIPT", run.script, "a file of commands, '-' for standard input");
+    command->add_option("-c,--commands", run.commands, "the commands themselves")
+        ->excludes(script)
+        ->allow_extra_args(false);
+    command->add_flag("--results", run.results,
+                      "print the result of each top-level statement on a line of its own");
+    command->add_flag("--interactive", run.interactive,
+                      "then ask for commands, with a history and completion of names");
+    command->add_flag("--no-module", run.noModule,
+                      "the host alone, without the module that lies beside the program");
+    command->footer(
+        "The language and the commands: docs/scripts.md; in a script, help \"NAME\" tells how a\n"
+        "command is called. A result that is an array is printed with blanks between; what has no\n"
+        "result prints nothing. The first statement that fails ends the script: the exit code is\n"
+        "1, and file, line and column are on standard error. Ctrl-C stops a script the same way.");
+    return command;
+}
+
+}  // namespace
+
 int Main(int argc, const char* const* argv) {
     CLI::App app{"Kelmo sculpts polygon meshes."};
     app.name("kelmo");
@@ -14,13 +39,14 @@ int Main(int argc, const char* const* argv) {
     app.require_subcommand(0, 1);
 
     InfoOptions info;
-    CLI::App* infoCommand = app.add_subcommand("info", "Tell what is in a mesh.");
-    infoCommand->add_option("FILE", info.file, "an OBJ file")->required();
+    CLI::App* infoCommand =
+        app.add_subcommand("info", "Tell what is in a mesh or in a saved node.");
+    infoCommand->add_option("FILE", info.file, "an OBJ file, or the state of a node")->required();
     infoCommand->add_flag("--json", info.json, "print JSON");
     infoCommand->footer(
         "Prints vertices, polygons by their number of corners, triangles, UV sets, bounds, open "
         "and\n"
-        "non-manifold edges, levels and targets.");
+        "non-manifold edges, levels and targets; of a node its levels, offsets and targets.");
 
     ReplayOptions replay;
     CLI::App* replayCommand =
@@ -39,6 +65,9 @@ int Main(int argc, const char* const* argv) {
     replayCommand->add_option("--repeat", replay.repeat, "play the log so many times, for timings")
         ->check(CLI::Range(1, 100000))
         ->capture_default_str();
+    replayCommand->add_option("--load", replay.load,
+                              "begin with the state in this file; IN is what it was made from");
+    replayCommand->add_option("--save", replay.save, "write the state at the end to this file");
     replayCommand->footer(
         "The result is the same, bit for bit, with any number of workers. At level 0 OUT has the\n"
         "polygons of the mesh, above it quads where the level is made of quads, else triangles,\n"
@@ -59,6 +88,15 @@ int Main(int argc, const char* const* argv) {
                      "one number a shape, with commas between (default: all 1)")
         ->delimiter(',')
         ->allow_extra_args(false);
+    std::string space = "object";
+    shapesCommand
+        ->add_option("--space", space,
+                     "what the shapes are held in: object, or tangent, the frames of the surface")
+        ->check(CLI::IsMember({"object", "tangent"}))
+        ->capture_default_str();
+    shapesCommand->add_option("--on", shapes.on,
+                              "an OBJ file to put the shapes on, with the vertices of the neutral "
+                              "(default: the neutral)");
     shapesCommand->add_option("--level", shapes.level, "the level of quads to sum at and to write")
         ->check(CLI::Range(0, 16))
         ->capture_default_str();
@@ -66,19 +104,31 @@ int Main(int argc, const char* const* argv) {
         ->check(CLI::Range(1, 256));
     shapesCommand->footer(
         "OUT is the neutral plus, for each shape, its weight times what it differs from the\n"
-        "neutral by, in object space. On a level above 0 the neutral is smoothed as levels are\n"
-        "and the shapes are interpolated. OUT has the polygons of the neutral, above level 0 "
+        "neutral by. In tangent space, which takes UVs, the shapes turn with the surface that "
+        "they\n"
+        "are put on: with a head that is posed otherwise. On a level above 0 the surface is\n"
+        "smoothed as levels are and the shapes are interpolated. OUT has the polygons of the "
+        "neutral, above level 0 "
         "quads.\n"
         "Options with one value, such as --out, end the list of shapes.");
+
+    RunOptions run;
+    CLI::App* runCommand = AddRun(app, run);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : 2;
     }
+    shapes.tangent = space == "tangent";
     StopOnInterrupt();
     if (infoCommand->parsed()) return RunInfo(info);
     if (replayCommand->parsed()) return RunReplay(replay);
+    if (runCommand->parsed()) {
+        if (!run.script.empty() || run.commands || run.interactive) return RunScript(run);
+        Fail("run: name a script, '-' for standard input, -c \"commands\", or --interactive");
+        return 2;
+    }
     if (shapesCommand->parsed()) {
         if (shapes.weights.empty() || shapes.weights.size() == shapes.shapes.size())
             return RunShapes(shapes);

@@ -65,6 +65,7 @@ std::string AsText(const std::string& file, const MeshFacts& facts) {
 }  // namespace
 
 int RunInfo(const InfoOptions& options) {
+    if (IsNodeFile(options.file)) return RunInfoNode(options);
     VantrelSDK::PolyMesh mesh;
     VantrelSDK::FileError error;
     const auto progress = MakeProgress("reading");

@@ -62,6 +62,10 @@ bool IsInterrupted() {
     return interrupted != 0;
 }
 
+void ClearInterrupt() {
+    interrupted = 0;
+}
+
 int Fail(const std::string& message) {
     fmt::print(stderr, "kelmo: {}\n", message);
     return 1;

@@ -83,6 +83,23 @@ bool PlayLog(const std::string& log, StrokePlayer& player, Timings& timings, Fil
     }
 }
 
+/// False, with the reason, when the state isn't that of a node of this mesh.
+bool LoadState(LHeadlessNode& node, const std::string& path, const PolyMesh& mesh,
+               std::string& error) {
+    const LMesh base = *node.lobject()->GetOrigGeom()->GetLevelCopy(0);
+    if (!node.LoadState(path, error)) return false;
+    const LMesh loaded = *node.lobject()->GetOrigGeom()->GetLevelCopy(0);
+    const bool same = std::equal(
+        base.Faces().begin(), base.Faces().end(), loaded.Faces().begin(), loaded.Faces().end(),
+        [](const LFace& a, const LFace& b) { return std::equal(a.v, a.v + 3, b.v); });
+    if (same && loaded.GetNumVerts() == static_cast<int>(mesh.positions.size())) return true;
+    error = fmt::format(
+        "{}: this is the state of another mesh, of {} vertices and {} triangles; "
+        "--mesh has {} and {}",
+        path, loaded.GetNumVerts(), loaded.GetNumFaces(), base.GetNumVerts(), base.GetNumFaces());
+    return false;
+}
+
 bool WriteText(const std::string& path, const std::string& text, std::string& error) {
     AtomicFile file;
     return file.Open(path, error) && file.Write(text, error) && file.Commit(error);
@@ -102,6 +119,8 @@ int RunReplay(const ReplayOptions& options) {
     for (int i = 0; i < options.repeat; ++i) {
         LHeadlessNode node(options.threads, [] { return MakeProgress("opening"); });
         if (!node.Load(mesh, message)) return Fail(options.mesh + ": " + message);
+        if (!options.load.empty() && !LoadState(node, options.load, mesh, message))
+            return Fail(message);
         StrokePlayer player(node, mesh);
         if (!PlayLog(options.log, player, timings, error)) return Fail(error.Text());
         touched += player.VerticesTouched();
@@ -112,6 +131,7 @@ int RunReplay(const ReplayOptions& options) {
             return Fail(fmt::format("--level {}: the mesh has levels 0 to {} at the end of {}",
                                     level, geom.GetNumSubivLevels() - 1, options.log));
         if (!node.GetResult(mesh, level, result, message)) return Fail(message);
+        if (!options.save.empty() && !node.SaveState(options.save, message)) return Fail(message);
     }
     if (!WriteObj(options.out, result, message)) return Fail(message);
     if (!options.stats.empty() && !WriteText(options.stats, timings.AsJson(touched), message))

@@ -10,13 +10,15 @@
 #include <string>
 #include <vector>
 
+#include "tests/Paths.h"
+
 /// Real meshes from outside the project, for tests that run where they are there.
 namespace VantrelSDK::shapes {
 
 /// The folder of the shared models: $KELMO_MODELS, or beside the checkout. May not exist.
 inline std::filesystem::path ModelsFolder() {
     if (const char* folder = std::getenv("KELMO_MODELS")) return folder;
-    return std::filesystem::path(KELMO_SOURCE_DIR) / "../shared/models";
+    return std::filesystem::path(paths::kSource) / "../shared/models";
 }
 
 /// All bytes of a file; `.xz` is unpacked. Empty when it can't be read.

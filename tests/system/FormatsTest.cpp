@@ -4,6 +4,7 @@
 
 #include "core/io/StrokeLog.h"
 #include "core/sculpt/BrushMode.h"
+#include "tests/Paths.h"
 #include "tests/system/Markdown.h"
 #include "tests/system/Program.h"
 
@@ -14,7 +15,7 @@ using namespace VantrelSDK;
 
 namespace {
 
-const std::string kPage = Read(std::string(KELMO_SOURCE_DIR) + "/docs/formats.md");
+const std::string kPage = Read(std::string(paths::kSource) + "/docs/formats.md");
 
 /// The names in a JSON object.
 std::vector<std::string> NamesIn(const nlohmann::json& object) {

@@ -8,6 +8,8 @@
 #include <fstream>
 #include <string>
 
+#include "tests/Paths.h"
+
 /// Runs the program as a user does.
 namespace kelmo_tests {
 
@@ -56,9 +58,9 @@ inline Outcome Shell(const std::string& command) {
 }
 
 inline Outcome Kelmo(const std::string& arguments) {
-    return Shell(std::string(KELMO_PROGRAM) + " " + arguments);
+    return Shell(std::string(paths::kProgram) + " " + arguments);
 }
 
-inline const std::string kExamples = std::string(KELMO_SOURCE_DIR) + "/examples";
+inline const std::string kExamples = std::string(paths::kSource) + "/examples";
 
 }  // namespace kelmo_tests

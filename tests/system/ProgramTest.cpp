@@ -1,10 +1,14 @@
+#include "tests/Paths.h"
 #include "tests/system/Program.h"
 
 #include <fmt/core.h>
+#include <fmt/ranges.h>
 
 #include <nlohmann/json.hpp>
 
 #include "core/io/ObjReader.h"
+#include "core/io/ObjWriter.h"
+#include "core/math/LMatrix3.h"
 #include "tests/shapes/Models.h"
 #include "tests/shapes/Shapes.h"
 
@@ -230,64 +234,180 @@ TEST(Program, SumsShapes) {
     EXPECT_NE(refused.text.find("has 4"), std::string::npos) << refused.text;
 }
 
-// Each expression of the real head comes back, and a sum is the plain sum.
+// Each expression of the real head comes back, a sum is the plain sum, and in tangent space both
+// turn with a head that is turned and scaled.
 TEST(Program, SumsTheShapesOfARealHead) {
     const auto folderOf = shapes::ModelsFolder() / "head";
     if (!std::filesystem::exists(folderOf)) GTEST_SKIP() << "the shared models are not here";
     Folder folder;
-    const auto unpacked = [&](const std::string& name) {
-        return folder.Write(name + ".obj", shapes::TextOf(folderOf / (name + ".obj.xz")));
+    std::string list;
+    std::vector<PolyMesh> meshes;
+    FileError error;
+    const auto unpacked = [&](const std::filesystem::path& packed) {
+        const std::string path = folder.Write(packed.stem(), shapes::TextOf(packed));
+        EXPECT_TRUE(ReadObj(path, meshes.emplace_back(), error)) << error.Text();
+        return path;
     };
-    const std::string neutral = unpacked("ict_neutral"), smile = unpacked("ict_mouthSmile_L"),
-                      jaw = unpacked("ict_jawOpen"), out = folder / "out.obj";
-    const auto sum = [&](const std::string& weights) {
-        const Outcome outcome = Kelmo("shapes " + neutral + " " + smile + " " + jaw + " --out " +
-                                      out + " --weights " + weights);
+    const std::string neutral = unpacked(folderOf / "ict_neutral.obj.xz");
+    for (const auto& file : shapes::ObjFilesIn(folderOf))
+        if (file.stem() != "ict_neutral.obj") list += " " + unpacked(file);
+    ASSERT_EQ(meshes.size(), 9u);
+    const std::string out = folder / "out.obj";
+    const auto sum = [&](const std::string& options) {
+        const Outcome outcome = Kelmo("shapes " + neutral + list + " --out " + out + options);
         EXPECT_EQ(outcome.code, 0) << outcome.text;
         PolyMesh mesh;
-        FileError error;
         EXPECT_TRUE(ReadObj(out, mesh, error));
         return mesh.positions;
     };
-    PolyMesh n, s, j;
-    FileError error;
-    ASSERT_TRUE(ReadObj(neutral, n, error) && ReadObj(smile, s, error) && ReadObj(jaw, j, error));
-    const auto onlySmile = sum("1,0"), both = sum("0.5,0.75");
-    for (size_t v = 0; v < n.positions.size(); ++v) {
-        ASSERT_LT((onlySmile[v] - s.positions[v]).Len(), 5e-5f) << v;
-        const LPoint3 plain = n.positions[v] + (s.positions[v] - n.positions[v]) * 0.5f +
-                              (j.positions[v] - n.positions[v]) * 0.75f;
-        ASSERT_LT((both[v] - plain).Len(), 1e-4f) << v;
+    const auto& n = meshes[0].positions;
+    const auto plain = [&](size_t v, const std::vector<float>& weights) {
+        LPoint3 moved;
+        for (size_t s = 0; s < 8; ++s) moved += (meshes[s + 1].positions[v] - n[v]) * weights[s];
+        return moved;
+    };
+    const std::vector<float> mixed = {1, 0.5f, 0, -0.25f, 0.75f, 0, 0, 1};
+    std::vector<std::vector<float>> cases = {mixed};
+    for (int s = 0; s < 8; ++s) cases.emplace_back(8)[s] = 1;
+    for (const auto& weights : cases) {
+        const auto result = sum(fmt::format(" --weights {}", fmt::join(weights, ",")));
+        for (size_t v = 0; v < n.size(); ++v)
+            ASSERT_LT((result[v] - n[v] - plain(v, weights)).Len(), 2e-4f) << v;
     }
+
+    LMatrix3 turn;
+    turn.SetRotation(Normalized(LPoint3(1, 2, 3)), 1.1f);
+    PolyMesh posed = meshes[0];
+    for (LPoint3& p : posed.positions) p = turn.TransfromVector(p) * 2.0f + LPoint3(1, 0, 0);
+    std::string message;
+    ASSERT_TRUE(WriteObj(folder / "posed.obj", posed, message));
+    const std::string weights = fmt::format(" --weights {}", fmt::join(mixed, ","));
+    const auto turned = sum(weights + " --space tangent --on " + (folder / "posed.obj"));
+    int moved = 0, strayed = 0;
+    for (size_t v = 0; v < n.size(); ++v) {
+        const LPoint3 offset = plain(v, mixed);
+        const LPoint3 expected = posed.positions[v] + turn.TransfromVector(offset);
+        moved += offset.Len() > 0.01f;
+        // A fold has no frame, or another one in the other pose's last bits.
+        strayed += (turned[v] - expected).Len() > 1e-3f;
+    }
+    EXPECT_GT(moved, 5000);
+    EXPECT_LE(strayed, moved / 500);
+
+    // On the surface that they were made on both spaces say the same, at any level.
+    const auto object = sum(weights + " --level 1"),
+               tangent = sum(weights + " --level 1 --space tangent");
+    ASSERT_EQ(object.size(), tangent.size());
+    strayed = 0;
+    for (size_t v = 0; v < object.size(); ++v) strayed += (object[v] - tangent[v]).Len() > 1e-3f;
+    EXPECT_LE(strayed, static_cast<int>(object.size()) / 1000);
 }
 
-TEST(Examples, EachGivesTheSameBytesWithAnyNumberOfWorkers) {
+TEST(Program, ALogStoresTargetsAndAppliesThem) {
     Folder folder;
-    std::vector<std::string> logs;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(kExamples))
-        if (entry.path().extension() == ".jsonl") logs.push_back(entry.path());
-    ASSERT_GE(logs.size(), 20u) << "one for each mode and the face";
-    // Fine strokes on the second level of quads, which follow coarse ones on the first.
-    const auto strokesOf = [](const std::string& name) {
-        const std::string text = Read(kExamples + "/modes/" + name);
-        return text.substr(text.find('\n') + 1);
-    };
-    const std::string subdivide = "{\"op\":\"subdivide\",\"kind\":\"quad\"}\n";
-    logs.push_back(folder.Write(
-        "quads.jsonl", kHeader + subdivide + subdivide + strokesOf("08_brush_pull.jsonl") +
-                           "{\"op\":\"level\",\"value\":1}\n" + strokesOf("01_rotate.jsonl") +
-                           "{\"op\":\"level\",\"value\":2}\n"));
-    for (const std::string& log : logs) {
-        std::string first;
-        for (const int threads : {1, 2, 8}) {
-            const std::string out = folder / "out.obj";
-            const Outcome outcome =
-                Kelmo("replay " + log + " --mesh " + kExamples + "/head.obj --out " + out +
-                      " --threads " + std::to_string(threads));
-            ASSERT_EQ(outcome.code, 0) << log << outcome.text;
-            if (threads == 1) first = Read(out);
-            EXPECT_EQ(Read(out), first) << log << ", " << threads << " workers";
+    const std::string head = kExamples + "/head.obj", out = folder / "out.obj";
+    const std::string strokes = Read(kExamples + "/modes/00_move.jsonl");
+    PolyMesh input;
+    FileError error;
+    ASSERT_TRUE(ReadObj(head, input, error));
+    const auto replay = [&](const std::string& more) {
+        const std::string log = folder.Write("log.jsonl", strokes + more);
+        const Outcome outcome =
+            Kelmo("replay " + log + " --mesh " + head + " --out " + out + " --level 0");
+        PolyMesh mesh;
+        if (outcome.code == 0) {
+            EXPECT_TRUE(ReadObj(out, mesh, error)) << error.Text();
+        } else {
+            EXPECT_EQ(outcome.code, 1);
+            EXPECT_NE(outcome.text.find(log), std::string::npos) << outcome.text;
         }
-        EXPECT_NE(first, Read(kExamples + "/head.obj")) << log << " changes nothing";
+        return std::pair(mesh.positions, outcome.text);
+    };
+    const auto store = [](const std::string& op, const std::string& name) {
+        return "{\"op\":\"" + op + "\",\"target\":\"" + name + "\"}\n";
+    };
+    const auto apply = [](float weight) {
+        return fmt::format("{{\"op\":\"apply\",\"target\":\"grin\",\"weight\":{}}}\n", weight);
+    };
+    const std::string finish = "{\"op\":\"finish\"}\n", neutral = "{\"op\":\"neutral\"}\n";
+    const auto sculpted = replay("").first;
+    EXPECT_EQ(replay(finish).first, sculpted) << "closing the session changes no bit";
+    const auto expect = [&](const std::string& more, float weight) {
+        const auto result = replay(more).first;
+        ASSERT_EQ(result.size(), sculpted.size()) << more;
+        for (size_t v = 0; v < result.size(); ++v) {
+            const LPoint3 place = input.positions[v] + (sculpted[v] - input.positions[v]) * weight;
+            ASSERT_LT((result[v] - place).Len(), 1e-4f) << more << v;
+        }
+    };
+    const std::string stored = store("store", "grin");
+    expect(stored + apply(0.5f), 0.5f);
+    expect(stored + finish + apply(0.5f) + apply(-1), -1);
+    expect(stored + apply(0) + store("load", "grin"), 1);
+    expect(neutral + store("load", "AH"), 1);
+    // Stored over the neutral it was nothing more.
+    expect(neutral + stored + apply(3), 1);
+    expect(stored + neutral + "{\"op\":\"clear_neutral\"}\n" + apply(2), 2);
+    EXPECT_NE(replay(apply(1)).second.find("there is no target \"grin\""), std::string::npos);
+    EXPECT_NE(replay("{\"op\":\"clear_neutral\"}\n").second.find("NEUTRAL is empty already."),
+              std::string::npos);
+    EXPECT_NE(replay("{\"op\":\"set\",\"name\":\"neutralize\",\"value\":true}\n")
+                  .second.find("can't neutralize"),
+              std::string::npos);
+}
+
+TEST(Program, GoesOnWithASavedState) {
+    Folder folder;
+    const std::string head = kExamples + "/head.obj", state = folder / "head.node";
+    const std::string first = folder / "first.obj", second = folder / "second.obj";
+    const std::string sculpt =
+        folder.Write("log.jsonl", Read(kExamples + "/modes/00_move.jsonl") +
+                                      "{\"op\":\"store\",\"target\":\"grin\"}\n"
+                                      "{\"op\":\"subdivide\",\"kind\":\"quad\"}\n");
+    const std::string nothing =
+        folder.Write("none.jsonl", "{\"kelmo\":\"strokes\",\"version\":1}\n");
+    const auto replay = [](const std::string& log, const std::string& more) {
+        return Kelmo("replay " + log + " --mesh " + more);
+    };
+    ASSERT_EQ(replay(sculpt, head + " --out " + first + " --save " + state).code, 0);
+    const Outcome again = replay(nothing, head + " --load " + state + " --out " + second);
+    ASSERT_EQ(again.code, 0) << again.text;
+    PolyMesh a, b;
+    FileError error;
+    ASSERT_TRUE(ReadObj(first, a, error) && ReadObj(second, b, error));
+    ASSERT_EQ(a.positions.size(), b.positions.size());
+    for (size_t v = 0; v < a.positions.size(); ++v)
+        ASSERT_LT((a.positions[v] - b.positions[v]).Len(), 1e-4f) << v;
+
+    const auto facts = nlohmann::json::parse(Kelmo("info --json " + state).text);
+    EXPECT_EQ(facts["version"], "v 6.5.03");
+    EXPECT_EQ(facts["levels"].size(), 2u);
+    ASSERT_EQ(facts["targets"].size(), 1u);
+    EXPECT_EQ(facts["targets"][0]["name"], "grin");
+    EXPECT_NE(Kelmo("info " + state).text.find("grin"), std::string::npos);
+    const std::string page = Read(std::string(paths::kSource) + "/docs/formats.md");
+    for (const auto& [name, value] : facts.items())
+        EXPECT_NE(page.find("`" + name + "`"), page.npos) << name;
+    const std::string other = folder.Write("tri.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    const Outcome wrong = replay(nothing, other + " --load " + state + " --out " + second);
+    EXPECT_EQ(wrong.code, 1);
+    EXPECT_NE(wrong.text.find("the state of another mesh"), wrong.text.npos) << wrong.text;
+    std::filesystem::resize_file(state, std::filesystem::file_size(state) - 1);
+    const Outcome cut = Kelmo("info " + state);
+    EXPECT_EQ(cut.code, 1);
+    EXPECT_NE(cut.text.find(state), cut.text.npos) << cut.text;
+}
+
+TEST(Program, ReplaysWithAnyNumberOfThreads) {
+    Folder folder;
+    const std::string out = folder / "out.obj", head = kExamples + "/head.obj";
+    std::string first;
+    for (const int threads : {1, 2, 8}) {
+        const Outcome outcome = Kelmo("replay " + kExamples + "/face.jsonl --mesh " + head +
+                                      " --out " + out + " --threads " + std::to_string(threads));
+        ASSERT_EQ(outcome.code, 0) << outcome.text;
+        if (threads == 1) first = Read(out);
+        EXPECT_EQ(Read(out), first) << threads << " workers";
     }
+    EXPECT_NE(first, Read(head)) << "changes nothing";
 }

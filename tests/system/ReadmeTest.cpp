@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "core/io/ObjReader.h"
+#include "tests/Paths.h"
 #include "tests/system/Markdown.h"
 #include "tests/system/Program.h"
 
@@ -12,7 +13,7 @@ using namespace VantrelSDK;
 namespace {
 
 namespace fs = std::filesystem;
-const fs::path kRoot = KELMO_SOURCE_DIR;
+const fs::path kRoot = paths::kSource;
 
 /// How far the surface of a file reaches to the upper left or (side 1) upper right front, where the
 /// README has it pulled.
@@ -32,7 +33,7 @@ float Reach(const std::string& path, float side) {
 TEST(Readme, ItsCommandsRunOneAfterTheOther) {
     Folder folder;
     for (const char* name : {"examples", "tools"}) fs::create_symlink(kRoot / name, folder / name);
-    fs::create_symlink(KELMO_PROGRAM, folder / "run");
+    fs::create_symlink(paths::kProgram, folder / "run");
     fs::create_symlink("/bin/true", folder / "test");
     const auto blocks = CodeBlocks(Read(kRoot / "README.md"), "sh");
     ASSERT_GE(blocks.size(), 4u);
