@@ -139,7 +139,8 @@ MStatus NodeAttributes::Add(NodeClass which) {
         MFnAttribute attribute(made);
         attribute.setStorable(!(row.flags & kVolatile));
         attribute.setKeyable(row.flags & kKeyable);
-        attribute.setArray(row.flags & kArray);
+        // A ramp is an array of itself.
+        if (row.flags & kArray) attribute.setArray(true);
         attribute.setHidden(true);
         if (row.flags & kDropsCut) attribute.setDisconnectBehavior(MFnAttribute::kDelete);
         status = MPxNode::addAttribute(made);

@@ -42,7 +42,8 @@ class NodeTest : public ModuleFixture {
         Must(script + "disconnectAttr brush.matrix k.brush");
     }
     /// The same without a host: the surface of a level.
-    static std::vector<float> Replay(const std::vector<Stroke>& strokes, int level) {
+    static std::vector<float> Replay(const std::vector<Stroke>& strokes, int level,
+                                     const VantrelSDK::Ramp& falloff = {{0, 1}, {1, 0}}) {
         using namespace VantrelSDK;
         PolyMesh mesh, result;
         FileError problem;
@@ -53,6 +54,7 @@ class NodeTest : public ModuleFixture {
         StrokePlayer player(node, mesh);
         const auto play = [&](const StrokeOp& op) { EXPECT_TRUE(player.Play(op, error)) << error; };
         for (int i = 0; i < level; ++i) play(SubdivideOp{SubdivideKind::Quad});
+        play(FalloffOp{1, falloff});
         for (const Stroke& s : strokes) {
             PressOp press;
             press.mode = s.mode;
@@ -117,6 +119,66 @@ TEST_F(NodeTest, HasAllItsAttributesHidden) {
         EXPECT_THAT(keyable,
                     testing::UnorderedElementsAre("subTracks", "groupTracks", "mixTracks"));
     }
+}
+
+TEST_F(NodeTest, AWriteMakesStaleWhatItShould) {
+    MakeNode(kHead);
+    Do(97);
+    const std::vector<std::pair<std::string, std::string>> writes{
+        {"setAttr k.commnad 91; setAttr k.execute0 1", ""},
+        {"setAttr k.commnad 9999; setAttr k.execute 1", "outputGeom outputProxy displayCbk "},
+        {"setAttr k.commnad 9999; setAttr k.execute 1", "outputGeom outputProxy displayCbk "},
+        {"currentTime 7", "outputGeom outputProxy "},
+        {"setAttr " + source + ".pnts[3].pntx 0.1", "outputGeom outputProxy "},
+        {"setAttr k.numRenderSubdivLvls 1", "outputGeom displayCbk "},
+        {"setAttr k.forceRenderTopLevel 1", "outputGeom displayCbk "},
+        {"setAttr k.displayMode 2", "displayCbk "},
+        {"setAttr k.poseUseCache 1", "outputGeom displayCbk "},
+        {"setAttr k.poseUseCache 0", "outputGeom displayCbk "},
+        {"setAttr k.shadowAzm 30; setAttr k.toolSize[8] 4; setAttr k.symmetry 1", ""},
+        {"setAttr k.falloff[1].falloff_Position 0.5", ""},
+        {"setAttr k.mixTracks[2] 0.5", "outputGeom outputProxy displayCbk "},
+        {"setAttr k.rbfScale 2", "outputGeom outputProxy "},
+    };
+    const auto node = host.scene.Find("k");
+    const std::vector<const char*> outputs{"outputGeom", "outputProxy", "displayCbk"};
+    for (const bool inSession : {false, true}) {
+        if (inSession) Do(0);
+        for (const auto& [write, wanted] : writes) {
+            for (const char* output : outputs) Plug("k", output).asMObject();
+            Must(write);
+            std::string stale;
+            for (const char* output : outputs)
+                if (node->FindSlot(output)->dirty) stale += std::string(output) + " ";
+            EXPECT_EQ(stale, wanted) << write;
+        }
+    }
+}
+
+TEST_F(NodeTest, TheFalloffCurveIsTheOneOfItsPoints) {
+    const std::vector<Stroke> strokes{SomeStrokes()[1]};
+    MakeNode(kHead);
+    Do(0);
+    Sculpt(strokes[0]);
+    Do(6);
+    const auto point = [&](int index, float position, float value) {
+        const std::string plug = "setAttr k.falloff[" + std::to_string(index) + "].falloff_";
+        Must(plug + "Position " + std::to_string(position) + ";" + plug + "FloatValue " +
+             std::to_string(value));
+    };
+    // In the order of their places, whatever their numbers.
+    point(4, 0.25f, 1);
+    point(1, 0.75f, 0.125f);
+    point(2, 0, 0.5f);
+    point(7, 1, 0);
+    Sculpt(strokes[0]);
+    Do(1);
+    const std::vector<float> sculpted = Output();
+    const std::vector<float> wanted =
+        Replay(strokes, 0, {{0, 0.5f}, {0.25f, 1}, {0.75f, 0.125f}, {1, 0}});
+    ASSERT_EQ(sculpted.size(), wanted.size());
+    for (size_t i = 0; i < wanted.size(); ++i) ASSERT_NEAR(sculpted[i], wanted[i], 2e-5) << i;
+    EXPECT_NE(wanted, Replay(strokes, 0));
 }
 
 TEST_F(NodeTest, StrokesByConnectionsGiveTheBitsOfAReplay) {
