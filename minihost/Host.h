@@ -34,7 +34,8 @@ class Host {
     void NewScene();
     /// Whether every scene has a node; such nodes are not to be deleted or renamed.
     bool IsDefault(const Node& node) const;
-    /// Whether a value of such a node is made other than its attribute says, as the scene's time is.
+    /// Whether a value of such a node is made other than its attribute says, as the scene's time
+    /// is.
     bool StartsOtherwise(const Slot& leaf) const { return startsOtherwise_.contains(&leaf); }
 
     /// A turn of the event loop: timers that are due, the next frame while playing, then what waits

@@ -5,16 +5,13 @@
 
 #include "core/sculpt/LNodeRecord.h"
 #include "host/commands/EditCommand.h"
+#include "host/ml/InterfaceProcedures.h"
 #include "host/nodes/KelmoRenderMessage.h"
 
 namespace VantrelSDK {
 
 MString getGlMetrics() {
     return "\nOpenGL is not supported.\n";
-}
-
-bool IsKnown(const char* procedure) {
-    return MGlobal::executeCommandStringResult(MString("whatIs ") + procedure) != "Unknown";
 }
 
 MSyntax KelmoVersionCmd::newSyntax() {
@@ -48,8 +45,8 @@ MStatus KelmoDiagCmd::doIt(const MArgList& words) {
     if (!status) return Failed("KelmoDiagCmd: can not parse arguments\n");
     if (parsed.isFlagSet("OpenGL"))
         setResult(getGlMetrics());
-    else if (IsKnown("KelmoDiagnostic"))
-        return MGlobal::executeCommand("KelmoDiagnostic");
+    else
+        return RunIfKnown("KelmoDiagnostic");
     return MS::kSuccess;
 }
 

@@ -31,7 +31,5 @@ class KelmoRenderCmd : public MPxCommand {
 
 /// What there is to draw with.
 MString getGlMetrics();
-/// Whether a command or procedure is there.
-bool IsKnown(const char* procedure);
 
 }  // namespace VantrelSDK

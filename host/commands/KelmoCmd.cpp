@@ -6,12 +6,12 @@
 #include <maya/MItMeshPolygon.h>
 
 #include "core/sculpt/LNodeRecord.h"
-#include "host/commands/Finders.h"
-#include "host/commands/GeometryLine.h"
 #include "host/commands/KelmoPurge.h"
 #include "host/commands/KelmoSkinOrder.h"
 #include "host/commands/KelmoTweaks.h"
 #include "host/ml/MLNode.h"
+#include "host/nodes/Finders.h"
+#include "host/nodes/GeometryLine.h"
 
 namespace VantrelSDK {
 

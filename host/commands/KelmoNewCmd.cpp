@@ -4,10 +4,10 @@
 #include <maya/MFnDependencyNode.h>
 #include <maya/MGlobal.h>
 
-#include "host/commands/GeometryLine.h"
 #include "host/commands/KelmoTweaks.h"
 #include "host/ml/Diagnostics.h"
 #include "host/ml/MLNode.h"
+#include "host/nodes/GeometryLine.h"
 #include "host/nodes/NodeTypes.h"
 #include "host/nodes/ToolArrays.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/commands/EditCommand.h"
-#include "host/commands/Finders.h"
+#include "host/nodes/Finders.h"
 
 namespace VantrelSDK {
 

@@ -3,9 +3,9 @@
 #include <maya/MFnPointArrayData.h>
 #include <maya/MPlugArray.h>
 
-#include "host/commands/Finders.h"
-#include "host/commands/GeometryLine.h"
 #include "host/commands/KelmoTweaks.h"
+#include "host/nodes/Finders.h"
+#include "host/nodes/GeometryLine.h"
 #include "host/nodes/NodeTypes.h"
 
 namespace VantrelSDK {

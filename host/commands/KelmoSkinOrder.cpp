@@ -3,9 +3,9 @@
 #include <maya/MFnDependencyNode.h>
 #include <maya/MPlugArray.h>
 
-#include "host/commands/Finders.h"
-#include "host/commands/GeometryLine.h"
 #include "host/commands/KelmoNewCmd.h"
+#include "host/nodes/Finders.h"
+#include "host/nodes/GeometryLine.h"
 
 namespace VantrelSDK {
 

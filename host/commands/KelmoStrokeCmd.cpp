@@ -2,8 +2,8 @@
 
 #include <maya/MGlobal.h>
 
-#include "host/commands/Finders.h"
 #include "host/commands/NodeProtocol.h"
+#include "host/nodes/Finders.h"
 
 namespace VantrelSDK {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/commands/Finders.h"
+#include "host/nodes/Finders.h"
 
 namespace VantrelSDK {
 

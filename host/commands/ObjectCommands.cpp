@@ -1,7 +1,7 @@
 #include "host/commands/ObjectCommands.h"
 
-#include "host/commands/Finders.h"
 #include "host/ml/MLNode.h"
+#include "host/nodes/Finders.h"
 
 namespace VantrelSDK {
 

@@ -6,10 +6,10 @@
 #include <maya/MGlobal.h>
 #include <maya/MPlugArray.h>
 
-#include "host/commands/Finders.h"
 #include "host/commands/KelmoNewCmd.h"
 #include "host/commands/KelmoTweaks.h"
 #include "host/commands/NodeProtocol.h"
+#include "host/nodes/Finders.h"
 #include "host/nodes/NodeTypes.h"
 
 namespace VantrelSDK {

@@ -6,8 +6,8 @@
 #include <maya/MItDag.h>
 
 #include "core/sculpt/LNodeRecord.h"
-#include "host/commands/Finders.h"
 #include "host/ml/Diagnostics.h"
+#include "host/nodes/Finders.h"
 
 namespace VantrelSDK {
 

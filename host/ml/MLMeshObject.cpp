@@ -69,6 +69,13 @@ MObject OnLevel(const MObject& component, const LevelPolygons& polygons) {
 
 }  // namespace
 
+MObject CopyMesh(const MObject& mesh) {
+    const MObject copy = MFnMeshData().create();
+    MFnMesh().copy(mesh, copy);
+    MFnGeometryData(copy).copyObjectGroups(mesh);
+    return copy;
+}
+
 MLMeshObject::MLMeshObject(MLNode* owner) : LMeshObject(owner) {}
 
 MLMeshObject::MLMeshObject(MLNode* owner, const MObject& mesh) : LMeshObject(owner) {
@@ -106,18 +113,6 @@ void MLMeshObject::SetUVSets(const MObject& mesh) {
     UpdateBases();
 }
 
-bool MLMeshObject::Compare(const MObject& mesh) {
-    if (force_) {
-        force_ = false;
-        return true;
-    }
-    int count = 0;
-    const LPoint3* input = GetInput(count);
-    if (!GetOrigGeom() || !input) return false;
-    const std::vector<LPoint3> positions = ReadPositions(mesh);
-    return std::ranges::equal(positions, std::span(input, static_cast<size_t>(count)));
-}
-
 bool MLMeshObject::Update(bool& changed, const MObject& mesh, int level) {
     const LSubdivMesh* geom = GetOrigGeom();
     const std::vector<LPoint3> positions = ReadPositions(mesh);
@@ -132,7 +127,6 @@ bool MLMeshObject::Update(bool& changed, const MObject& mesh, int level) {
     changed =
         !input || !std::ranges::equal(positions, std::span(input, static_cast<size_t>(count)));
     const bool rebuild = changed || geom->GetNumSubivLevels() != level + 1;
-    lastoutlvl_ = level;
     if (rebuild && !LMeshObject::Update(positions.data(), delta, level)) return false;
     AddNewUVSets(mesh);
     return true;
@@ -195,9 +189,7 @@ MObject MLMeshObject::Export(const MObject& input, int level, const LSubdivMesh&
             return from;
         }
     }
-    const MObject copy = MFnMeshData().create();
-    MFnMesh().copy(from, copy);
-    MFnGeometryData(copy).copyObjectGroups(from);
+    const MObject copy = CopyMesh(from);
     const int nverts = geom->GetNumLevelVerts(static_cast<unsigned>(level));
     MFnMesh(copy).setPoints(HostPoints(shape.GetAllVertsPtr(), nverts));
     return copy;

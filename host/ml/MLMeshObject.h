@@ -12,6 +12,9 @@ namespace VantrelSDK {
 class LevelPolygons;
 class MLNode;
 
+/// New mesh data with all that a mesh of the host has.
+MObject CopyMesh(const MObject& mesh);
+
 /// A mesh object whose geometry comes from a mesh of the host and goes out into others.
 class MLMeshObject : public LMeshObject {
   public:
@@ -27,9 +30,6 @@ class MLMeshObject : public LMeshObject {
     /// that, and with those levels, nothing is done. False, with nothing changed, for another mesh.
     bool Update(bool& changed, const MObject& mesh, int level);
     using LMeshObject::Update;
-    /// The host mesh has the input's positions. Once after ForceUpdate, it hasn't.
-    bool Compare(const MObject& mesh);
-    void ForceUpdate() { force_ = true; }
     /// Notes which faces each polygon has, unless that is known.
     void StorePoly2Faces(const MObject& mesh);
     bool HasPoly2Faces() const { return !poly2faces_.empty(); }
@@ -46,7 +46,6 @@ class MLMeshObject : public LMeshObject {
     MObject Export(const MObject& input, int level, const LSubdivMesh& shape);
     /// The same of a level above 0, without groups.
     MObject ExportLevel(int level, const LSubdivMesh& shape) const;
-    int lastoutlvl() const { return lastoutlvl_; }
 
   private:
     /// What was exported last, to be copied while level, polygons and groups stay.
@@ -60,8 +59,6 @@ class MLMeshObject : public LMeshObject {
     void CarryGroups(const MObject& input, const MObject& output, const LevelPolygons& polygons);
 
     std::vector<int> poly2faces_;
-    int lastoutlvl_ = -1;
-    bool force_ = false;
     Exported exported_;
 };
 

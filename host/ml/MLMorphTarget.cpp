@@ -8,6 +8,7 @@
 #include "core/io/ObjReader.h"
 #include "core/morph/LMeshBases.h"
 #include "core/morph/SkinFrames.h"
+#include "host/ml/InterfaceProcedures.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLNode.h"
@@ -36,9 +37,7 @@ MObject ExportToDag(MLNode& node, const LSubdivMesh& shape, int level, const MSt
     made.setName(name);
     MDagPath path(transform);
     if (path.extendToShape()) MFnDependencyNode(path.node()).setName(name + "Shape");
-    MString known;
-    MGlobal::executeCommand("whatIs createAndAssignShader", known);
-    if (known != "Unknown") MGlobal::executeCommand("createAndAssignShader lambert " + made.name());
+    RunIfKnown("createAndAssignShader", "lambert " + made.name());
     return transform;
 }
 

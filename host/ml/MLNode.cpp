@@ -3,7 +3,6 @@
 #include <maya/MDagPath.h>
 #include <maya/MFnDependencyNode.h>
 #include <maya/MGlobal.h>
-#include <maya/MItDependencyGraph.h>
 #include <maya/MPlugArray.h>
 #include <maya/MPxNode.h>
 
@@ -14,6 +13,7 @@
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLProgressCallback.h"
+#include "host/nodes/GeometryLine.h"
 
 namespace VantrelSDK {
 
@@ -33,10 +33,9 @@ LPoint3 Single(const MVector& v) {
 MDagPath ShapeFedBy(const MPlug& output) {
     MDagPath found;
     int count = 0;
-    if (output.isNull()) return found;
-    MItDependencyGraph walk(output, MFn::kMesh, MItDependencyGraph::kDownstream);
-    for (; !walk.isDone(); walk.next())
-        if (++count == 1) MDagPath::getAPathTo(walk.thisNode(), found);
+    for (const MPlug& input : GeometryBelow(output))
+        if (input.node().hasFn(MFn::kMesh) && ++count == 1)
+            MDagPath::getAPathTo(input.node(), found);
     return count == 1 ? found : MDagPath();
 }
 
@@ -82,7 +81,6 @@ void MLNode::RaiseLevels() {
     if (lobject()->GetOrigGeom()->GetNumSubivLevels() == delta->GetNumSubivLevels()) return;
     lobject()->Update(nullptr, delta, -1);
     lobject()->SetActiveSubdivLevel(delta->GetActiveLevel());
-    inputChanged = true;
 }
 
 void MLNode::UpdateFalloffs() {
@@ -107,12 +105,8 @@ bool MLNode::InitSculpt() {
 }
 
 void MLNode::FinishSculpt(bool keep) {
-    const bool was = IsSculpting();
+    if (IsSculpting()) displayGeomChanged = true;
     LNode::FinishSculpt(keep);
-    if (!was) return;
-    // What goes out is no longer the input as it is.
-    inputChanged = true;
-    displayGeomChanged = true;
 }
 
 bool MLNode::InitTransform(const MPoint& pos, const MVector& view, const MVector& orth,
@@ -202,13 +196,6 @@ float MLNode::getToolSize() const {
     const int mode = getTransformMode(false);
     if (all.numElements() == 0) Error("toolSize plug has 0 elements");
     return all.elementByLogicalIndex(static_cast<unsigned>(std::max(mode, 0))).asFloat();
-}
-
-void MLNode::setToolSize(float size, int mode) {
-    if (mode < 0) mode = getTransformMode(false);
-    MPlug element = plug(&NodeAttributes::m_moToolSize)
-                        .elementByLogicalIndex(static_cast<unsigned>(std::max(mode, 0)));
-    if (!element.setValue(size)) Error("can not get elementByLogicalIndex");
 }
 
 int MLNode::Count(NodeAttributes::Member attribute) const {

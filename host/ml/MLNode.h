@@ -104,7 +104,6 @@ class MLNode : public LNode {
     int getTransformMode(bool modifiers) const override;
     float getBrushPaintPressure(bool tablet) const override;
     float getToolSize() const;
-    void setToolSize(float size, int mode);
     int getPushPullMode() const override { return Int(&NodeAttributes::m_moPushPullMode); }
     bool getDoAccumulate() const override { return Bool(&NodeAttributes::m_moAccumulate); }
     int getSymetryMode() const override { return Int(&NodeAttributes::m_moSymmetry); }
@@ -193,7 +192,6 @@ class MLNode : public LNode {
     bool lnodeinited = false, postload = false;
     /// The input is to be read again.
     bool inputChanged = false;
-    bool tweakJustCleared = false;
     /// What the display must make anew.
     bool displyDirtied = false, displayGeomChanged = false;
     /// A change of level has been handled already; the next evaluation leaves the time alone.

@@ -1,9 +1,9 @@
 #include <maya/MFnDependencyNode.h>
 
-#include "host/commands/GeometryLine.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLNode.h"
+#include "host/nodes/GeometryLine.h"
 
 namespace VantrelSDK {
 
@@ -50,15 +50,13 @@ bool MLNode::mergeTweaks() {
         for (unsigned c = 0; c < 3; ++c) vertex.child(c).setValue(0.0f);
         return true;
     });
-    const std::vector<LPoint3> plain = ReadPositions(inputPlug().asMObject());
-    const size_t count = static_cast<size_t>(meshObject()->GetOrigGeom()->GetNumLevelVerts(0));
-    if (tweaked.size() != count || plain.size() != count) return false;
+    const MObject mesh = inputPlug().asMObject();
+    const std::vector<LPoint3> plain = ReadPositions(mesh);
     bool changed = false;
-    if (!IsSculpting() && !meshObject()->Update(changed, inputPlug().asMObject(), -1)) return false;
-    std::vector<LPoint3> offsets(count);
-    for (size_t v = 0; v < count; ++v) offsets[v] = tweaked[v] - plain[v];
-    RaiseLevels();
-    return tweakJustCleared = AddToLevel0(offsets);
+    if (tweaked.size() != plain.size() || !meshObject()->Update(changed, mesh, -1)) return false;
+    std::vector<LPoint3> offsets(plain.size());
+    for (size_t v = 0; v < plain.size(); ++v) offsets[v] = tweaked[v] - plain[v];
+    return AddToLevel0(offsets);
 }
 
 }  // namespace VantrelSDK

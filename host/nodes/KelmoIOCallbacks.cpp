@@ -6,9 +6,9 @@
 
 #include <array>
 
-#include "host/commands/Finders.h"
 #include "host/commands/KelmoNewCmd.h"
 #include "host/commands/ReplaceByND.h"
+#include "host/nodes/Finders.h"
 #include "host/nodes/SceneNodes.h"
 
 namespace VantrelSDK {

@@ -1,12 +1,6 @@
 #include "host/nodes/KelmoNode.h"
 
-#include <maya/MArrayDataHandle.h>
-
-#include "host/nodes/NodeEvaluation.h"
-
 namespace VantrelSDK {
-
-NodeAttributes KelmoNode::attributes_;
 
 MPlug KelmoNode::inputPlug() const {
     const MPlug inputs(thisMObject(), input);
@@ -25,33 +19,7 @@ MStatus KelmoNode::compute(const MPlug& asked, MDataBlock& data) {
         MPlug in = MPlug(thisMObject(), input).elementByLogicalIndex(asked.logicalIndex());
         return data.inputValue(in.child(inputGeom)).asMesh();
     };
-    const auto time = [&](MTime& now) {
-        MStatus status;
-        now = data.inputValue(attributes_.m_moInTime, &status).asTime();
-        return status == MS::kSuccess;
-    };
-    MDataHandle to = data.outputValue(asked);
-    const MStatus status =
-        NodeEvaluation(*this).Compute(NodeEvaluation::Output::kGeometry, mesh, time, to);
-    if (status) data.setClean(asked);
-    return status;
-}
-
-MStatus KelmoNode::setDependentsDirty(const MPlug& changed, MPlugArray& affected) {
-    if (changed.attribute() == inputGeom || changed.attribute() == input)
-        NodeEvaluation(*this).InputBecameStale();
-    NodeEvaluation(*this).SetDependentsDirty(changed, affected);
-    return MPxDeformerNode::setDependentsDirty(changed, affected);
-}
-
-MStatus KelmoNode::connectionMade(const MPlug& own, const MPlug& other, bool asSrc) {
-    NodeEvaluation(*this).ConnectionMade(own, other, asSrc);
-    return MPxDeformerNode::connectionMade(own, other, asSrc);
-}
-
-MStatus KelmoNode::connectionBroken(const MPlug& own, const MPlug& other, bool asSrc) {
-    NodeEvaluation(*this).ConnectionBroken(own, other, asSrc);
-    return MPxDeformerNode::connectionBroken(own, other, asSrc);
+    return Compute(NodeEvaluation::Output::kGeometry, asked, mesh, data);
 }
 
 }  // namespace VantrelSDK

@@ -5,7 +5,7 @@
 
 #include <utility>
 
-#include "host/commands/Finders.h"
+#include "host/nodes/Finders.h"
 #include "host/nodes/SceneNodes.h"
 
 namespace VantrelSDK {

@@ -1,21 +1,11 @@
 #include <maya/MGlobal.h>
 
+#include "host/ml/InterfaceProcedures.h"
 #include "host/ml/MLMorphTarget.h"
 #include "host/ml/MLNode.h"
 #include "host/nodes/NodeCommands.h"
 
 namespace VantrelSDK {
-
-namespace {
-
-/// The interface's, where there is one.
-void RunIfKnown(const char* procedure) {
-    MString known;
-    MGlobal::executeCommand(MString("whatIs ") + procedure, known);
-    if (known != "Unknown") MGlobal::executeCommand(procedure);
-}
-
-}  // namespace
 
 std::span<const NodeCommands::Row> NodeCommands::NeutralRows() {
     using C = NodeCommands;
@@ -33,7 +23,7 @@ void NodeCommands::SetNeutralize() {
     std::string why;
     node_.RaiseLevels();
     if (!node_.Neutralize(on, why)) {
-        RunIfKnown("checkBoxGrp -e -v1 false kmNeutralizeCbx");
+        RunIfKnown("checkBoxGrp", "-e -v1 false kmNeutralizeCbx");
         if (!why.empty()) MGlobal::displayWarning(why.c_str());
         return;
     }

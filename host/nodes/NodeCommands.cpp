@@ -86,7 +86,7 @@ LMorphTarget* NodeCommands::Neutral() const {
 
 void NodeCommands::OutputChanged() {
     node_.ForceEvaluation(1);
-    node_.inputChanged = node_.displyDirtied = node_.displayGeomChanged = true;
+    node_.displyDirtied = node_.displayGeomChanged = true;
     affected_->append(node_.outputPlug());
     affected_->append(node_.plug(&N::m_moDisplayCbk));
 }

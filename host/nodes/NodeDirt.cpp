@@ -46,7 +46,7 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
     Log(name.c_str());
     if (name == "ex" || name == "ex0") {
         NodeCommands(node_).Run(affected);
-    } else if (name == "ig" || name == "igp") {
+    } else if (name == "ig" || name == "igp" || name == "ip") {
         InputBecameStale();
     } else if (name == "br") {
         Step();
@@ -58,7 +58,6 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
     } else if (name == "fl" || name == "fl2") {
         if (node_.lnodeinited) node_.UpdateFalloffs();
     } else if (name == "nrsl" || name == "frtl") {
-        node_.inputChanged = true;
         node_.ForceEvaluation();
         AppendOutputs(affected);
     } else if (name == "poao" || name == "exp" || name == "scl") {
@@ -77,7 +76,8 @@ void NodeEvaluation::AppendOutputs(MPlugArray& affected) const {
     affected.append(node_.plug(&N::m_moDisplayCbk));
 }
 
-/// The caches of a session hold what is sculpted, whatever comes in.
+/// The next evaluation reads the input. The caches of a session hold what is sculpted, whatever
+/// comes in.
 void NodeEvaluation::InputBecameStale() {
     if (!node_.lnodeinited) return;
     node_.inputChanged = node_.displyDirtied = node_.displayGeomChanged = true;
@@ -87,7 +87,7 @@ void NodeEvaluation::InputBecameStale() {
 void NodeEvaluation::TimeChanged() {
     if (!node_.lnodeinited || node_.IsStroking()) return;
     if (node_.GetDelta()) node_.GetDelta()->FlushUndo();
-    node_.inputChanged = node_.displayGeomChanged = true;
+    node_.displayGeomChanged = true;
     MTime now;
     if (!node_.IsSculpting() || !node_.plug(&N::m_moInTime).getValue(now) ||
         now == node_.sculptTime)

@@ -1,8 +1,5 @@
 #include "host/nodes/NodeEvaluation.h"
 
-#include <maya/MFnGeometryData.h>
-#include <maya/MFnMesh.h>
-#include <maya/MFnMeshData.h>
 #include <maya/MGlobal.h>
 #include <maya/MTime.h>
 
@@ -33,25 +30,21 @@ MStatus NodeEvaluation::Compute(Output output, const std::function<MObject()>& i
                                 const std::function<bool(MTime&)>& time, MDataHandle& to) {
     const bool toScene = output != Output::kDisplay;
     // In a session the surface shows what is sculpted; what the mesh shows is left as it came.
-    if (output == Output::kGeometry && node_.lnodeinited &&
-        (node_.IsSculpting() || node_.tweakJustCleared)) {
+    if (output == Output::kGeometry && node_.lnodeinited && node_.IsSculpting()) {
         const MObject mesh = input();
         return mesh.isNull() ? MS::kFailure : to.set(mesh);
     }
     const int level = ChooseLevel(output);
-    if (level != node_.lastComputeLvl && !node_.keepLevel) {
-        node_.inputChanged = true;
-        node_.ForceEvaluation();
-    }
+    if (level != node_.lastComputeLvl && !node_.keepLevel) node_.ForceEvaluation();
     node_.lastComputeLvl = level;
     node_.keepLevel = false;
-    bool changed = false;
+    const bool due = IsInputDue(level);
     MObject mesh;
-    if (toScene || !node_.lnodeinited || node_.postload || node_.inputChanged) {
+    if (toScene || due) {
         mesh = input();
         if (mesh.isNull()) return MS::kFailure;
     }
-    if (!TakeInput(mesh, output, level, changed)) return MS::kFailure;
+    if (due && !TakeInput(mesh, output, level)) return MS::kFailure;
     if (!node_.IsStroking() && !node_.skipTime) {
         MTime now;
         if (time(now))
@@ -70,16 +63,35 @@ int NodeEvaluation::ChooseLevel(Output output) {
     const LSubdivMesh* delta = node_.GetDeltaMesh();
     if (output == Output::kDisplay || (output == Output::kProxy && node_.IsSculpting()))
         return delta ? delta->GetActiveLevel() : 0;
-    if (node_.getForceRenderTopLevel() && delta && delta->GetNumSubivLevels() > 1 &&
-        IsRendering()) {
-        node_.inputChanged = true;
+    if (node_.getForceRenderTopLevel() && delta && delta->GetNumSubivLevels() > 1 && IsRendering())
         return -1;
-    }
     return std::max(node_.getNumRenderSubdivisionLevels(), 0);
 }
 
-/// Reads the input where that is due. False when the node can't use it.
-bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level, bool& changed) {
+/// Whether the input is to be read: it is another, or the geometry hasn't the levels that are
+/// shown.
+bool NodeEvaluation::IsInputDue(int level) const {
+    return !node_.lnodeinited || node_.postload || node_.inputChanged || !HasLevels(level);
+}
+
+/// Whether the geometry has the levels for an output, and no more: what lies above costs time
+/// whenever the input moves.
+bool NodeEvaluation::HasLevels(int level) const {
+    const LSubdivMesh* delta = node_.GetDeltaMesh();
+    if (!delta) return true;
+    const int top = delta->GetNumSubivLevels() - 1;
+    level = LevelInUse(level);
+    return node_.lobject()->GetOrigGeom()->GetNumSubivLevels() ==
+           1 + (level < 0 ? top : std::min(level, top));
+}
+
+/// A session has all levels.
+int NodeEvaluation::LevelInUse(int level) const {
+    return node_.IsSculpting() ? -1 : level;
+}
+
+/// Reads the input. False when the node can't use it.
+bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level) {
     if (!node_.lnodeinited || node_.postload) {
         const bool restored = node_.postload;
         if (!node_.Init(input, restored)) {
@@ -87,13 +99,16 @@ bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level, b
             return false;
         }
         KelmoRenderMessage::CheckRendererMELs();
-        node_.lnodeinited = node_.inputChanged = true;
+        node_.lnodeinited = true;
         node_.postload = false;
     }
-    if (!node_.inputChanged) return true;
-    if (!node_.tweakJustCleared && !node_.hasTweaks()) {
-        // A session has all levels.
-        if (!node_.meshObject()->Update(changed, input, node_.IsSculpting() ? -1 : level)) {
+    if (node_.hasTweaks()) {
+        // They are no part of the base shape, so that it waits until they are merged.
+        if (!HasLevels(level))
+            node_.lobject()->Update(nullptr, node_.GetDeltaMesh(), LevelInUse(level));
+    } else {
+        bool changed = false;
+        if (!node_.meshObject()->Update(changed, input, LevelInUse(level))) {
             node_.Error("the can not update input - topo changed or no geometry.");
             return false;
         }
@@ -102,7 +117,6 @@ bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level, b
         if (node_.IsSculpting() && changed) node_.UpdateBase();
     }
     node_.inputChanged = false;
-    if (node_.IsSculpting()) node_.tweakJustCleared = false;
     return true;
 }
 
@@ -123,9 +137,7 @@ MStatus NodeEvaluation::Export(const MObject& input, int level, MDataHandle& to)
     MObject mesh;
     Log("gonna copy or export data\n");
     if (level == 0 && !node_.IsNeutralizing()) {
-        mesh = MFnMeshData().create();
-        MFnMesh(input).copy(input, mesh);
-        MFnGeometryData(mesh).copyObjectGroups(input);
+        mesh = CopyMesh(input);
         Log("copy done\n");
     } else {
         mesh = node_.meshObject()->Export(input, level, node_.BaseShape());

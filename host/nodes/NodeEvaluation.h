@@ -28,12 +28,14 @@ class NodeEvaluation {
     void SetDependentsDirty(const MPlug& plug, MPlugArray& affected);
     void ConnectionMade(const MPlug& plug, const MPlug& other, bool asSrc);
     void ConnectionBroken(const MPlug& plug, const MPlug& other, bool asSrc);
-    /// The next evaluation reads the input.
-    void InputBecameStale();
 
   private:
+    void InputBecameStale();
     int ChooseLevel(Output output);
-    bool TakeInput(const MObject& input, Output output, int level, bool& changed);
+    int LevelInUse(int level) const;
+    bool IsInputDue(int level) const;
+    bool HasLevels(int level) const;
+    bool TakeInput(const MObject& input, Output output, int level);
     void TakeTime(const MTime& time, int level);
     MStatus Export(const MObject& input, int level, MDataHandle& to);
     void BeginStroke();

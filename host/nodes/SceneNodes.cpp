@@ -3,7 +3,7 @@
 #include <maya/MFnDependencyNode.h>
 #include <maya/MGlobal.h>
 
-#include "host/commands/Finders.h"
+#include "host/nodes/Finders.h"
 
 namespace VantrelSDK {
 

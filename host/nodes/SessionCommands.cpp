@@ -84,12 +84,10 @@ void NodeCommands::UpdateFalloffs() {
 void NodeCommands::PreRender() {
     if (node_.IsSculpting()) MGlobal::executeCommand("setToolTo selectSuperContext");
     EndSculpt();
-    node_.inputChanged = true;
     OutputChanged();
 }
 
 void NodeCommands::PostRender() {
-    node_.inputChanged = true;
     OutputChanged();
 }
 

@@ -122,7 +122,6 @@ void NodeCommands::Restore() {
     PutBlindData(node_);
     if (node_.getNumRenderSubdivisionLevels() != 0)
         node_.plug(&N::m_moNumRenderSubdivLvls).setValue(0);
-    node_.inputChanged = true;
     FillToolArrays(node_, true);
 }
 
@@ -145,7 +144,6 @@ void NodeCommands::ImportRecord() {
         Tell("Vantrel: failed to read from file " + path);
     node_.postload = true;
     BringUp(node_, version, false);
-    node_.inputChanged = true;
     OutputChanged();
 }
 
@@ -157,7 +155,6 @@ void NodeCommands::ExportRecord() {
     if (data.BeginWrite() != 0 || node_.WriteTo(&data) != 0 || data.EndWrite() != 0 ||
         !data.WriteToFile(path.asChar(), GetKelmoVersionInt(), &message))
         Tell("Vantrel: failed to write to file " + path);
-    node_.inputChanged = true;
 }
 
 /// The offsets of level 0 in object space.
@@ -174,7 +171,6 @@ void NodeCommands::WorkVectors() {
     const MObject data = MFnPointArrayData().create(points, &status);
     if (!status || !node_.plug(&N::m_moParam2).setValue(data))
         Tell("Kelmo: can not create point array object.");
-    node_.inputChanged = true;
 }
 
 void NodeCommands::PassStencil() {

@@ -187,6 +187,27 @@ TEST_F(CommandsTest, UndoTakesAStrokeBack) {
     EXPECT_THAT(Run("KelmoStroke"), HasSubstr("failed"));
 }
 
+/// What points were moved by goes into the sculpt, in a session and out of one; the mesh looks the
+/// same before and after.
+TEST_F(CommandsTest, TweaksAreMerged) {
+    for (const bool inSession : {false, true}) {
+        host.NewScene();
+        Must(MeshKinds()[3] + "; select head; Kelmo -create");
+        const std::string node = Run("$n = `ls -type KelmoND`; $n[0]");
+        std::vector<float> wanted = Points("headShape", "outMesh");
+        if (inSession) Do(0, node);
+        Must("setAttr tweak1.vlist[0].vertex[7].xVertex 0.5");
+        Do(132, node);
+        if (inSession) Do(1, node);
+        for (const char* vertex : {"5", "7"})
+            EXPECT_EQ(Run(std::string("getAttr tweak1.vlist[0].vertex[") + vertex + "]"), "0 0 0");
+        wanted[3 * 7] += 0.5f;
+        ExpectShape(wanted, inSession ? "in a session" : "outside");
+        Do(132, node);
+        ExpectShape(wanted, "nothing is left to merge");
+    }
+}
+
 /// The node goes, and the mesh is what it was, or with -zerotweak what it had become.
 TEST_F(CommandsTest, NodesAreDeletedAndPurged) {
     for (const std::string& kind : MeshKinds())

@@ -1,4 +1,4 @@
-#include "host/commands/GeometryLine.h"
+#include "host/nodes/GeometryLine.h"
 
 #include <maya/MFnDependencyNode.h>
 #include <maya/MPlugArray.h>

@@ -1,4 +1,4 @@
-#include "host/commands/Finders.h"
+#include "host/nodes/Finders.h"
 
 #include <maya/MFnDagNode.h>
 #include <maya/MGlobal.h>
@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <map>
 
-#include "host/commands/GeometryLine.h"
+#include "host/nodes/GeometryLine.h"
 #include "host/nodes/NodeTypes.h"
 
 namespace VantrelSDK {
