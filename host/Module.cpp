@@ -11,6 +11,7 @@
 #include "host/ml/Diagnostics.h"
 #include "host/nodes/KelmoBlindData.h"
 #include "host/nodes/KelmoIOCallbacks.h"
+#include "host/nodes/KelmoMtlMessage.h"
 #include "host/nodes/KelmoNode.h"
 #include "host/nodes/KelmoNode2.h"
 #include "host/nodes/KelmoRenderMessage.h"
@@ -105,6 +106,7 @@ MStatus RegisterMessages(MFnPlugin& plugin) {
     CHECK_MSTATUS_AND_RETURN_IT(Checked(RegisterIOCallbacks(), "RegisterIOCallbacks"));
     CHECK_MSTATUS_AND_RETURN_IT(
         Checked(KelmoRenderMessage::RegisterRenderCallbacks(), "RegisterRenderCallbacks"));
+    KelmoMtlMessage::RegisterCallbacks();
     return Checked(plugin.registerUI("KelmoCreateUI", "KelmoDeleteUI", "", ""),
                    "registerUIScripts");
 }
@@ -156,6 +158,7 @@ MStatus uninitializePlugin(MObject module) {
     CHECK_MSTATUS_AND_RETURN_IT(DeregisterTypes(plugin));
     DeregisterIOCallbacks();
     KelmoRenderMessage::DeregisterRenderCallbacks();
+    KelmoMtlMessage::DeregisterCallbacks();
     CloseDiagFile();
     KelmoNode::release();
     KelmoNode2::release();

@@ -12,6 +12,7 @@
 
 #include "core/subdiv/LUVSubdivChannel.h"
 #include "core/subdiv/LevelPolygons.h"
+#include "host/ml/EnumShaders.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLNode.h"
 #include "host/ml/MUVSubdivChannel.h"
@@ -130,6 +131,39 @@ bool MLMeshObject::Update(bool& changed, const MObject& mesh, int level) {
     if (rebuild && !LMeshObject::Update(positions.data(), delta, level)) return false;
     AddNewUVSets(mesh);
     return true;
+}
+
+void MLMeshObject::SelectPolygons(const std::set<int>& polygons, const std::set<int>& vertices) {
+    SelectAll(false);
+    for (const int p : polygons)
+        if (p >= 0 && p < GetNumPolys())
+            for (int f = GetFirstFace(p); f < GetFirstFace(p + 1); ++f) SelectFace(f, true, false);
+    if (!vertices.empty()) {
+        const std::vector<LFace>& faces = GetOrigGeom()->GetLevelTopology(0)->Faces();
+        for (size_t f = 0; f < faces.size(); ++f)
+            if (std::ranges::any_of(faces[f].v,
+                                    [&](unsigned v) { return vertices.contains(int(v)); }))
+                SelectFace(static_cast<int>(f), true, false);
+    }
+    UpdateSelectionFlag();
+    UpdateLevelSelction();
+}
+
+void MLMeshObject::UpdateMtlIds(const MObject& node) {
+    if (GetFaceMtlId(0, 0) != -1) return UpdateLevelMtlIds();
+    ProgressScope progress(getProgressCallbck());
+    progress.Reach(0.1f);
+    MObject mesh;
+    MObjectArray shaders;
+    MIntArray indices;
+    if (EnumShaders(node, mesh, shaders, indices) != GetNumPolys()) return;
+    progress.Reach(0.3f);
+    std::vector<int> ids(static_cast<size_t>(GetOrigGeom()->GetNumLevelFaces(0)));
+    for (int p = 0; p < GetNumPolys(); ++p)
+        std::fill(ids.begin() + GetFirstFace(p), ids.begin() + GetFirstFace(p + 1),
+                  indices[static_cast<unsigned>(p)]);
+    SetMtlIds(ids);
+    progress.Reach(0.9f);
 }
 
 MObject MLMeshObject::ExportLevel(int level, const LSubdivMesh& shape) const {

@@ -3,6 +3,7 @@
 #include <maya/MObject.h>
 
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "core/mesh/LMeshObject.h"
@@ -39,6 +40,12 @@ class MLMeshObject : public LMeshObject {
     /// A channel for each UV set of the mesh that has none yet.
     void AddNewUVSets(const MObject& mesh);
     void SetUVSets(const MObject& mesh);
+
+    /// Selects the faces of polygons of the base, and those around vertices; no others.
+    void SelectPolygons(const std::set<int>& polygons, const std::set<int>& vertices);
+    /// Reads from the mesh that a node feeds which shading group each polygon has, unless that is
+    /// known; ClearMtlIds has it read again. Nothing is known where the mesh has other polygons.
+    void UpdateMtlIds(const MObject& node);
 
     /// New mesh data of a level: polygons, UV sets and groups, with the positions of `shape`, a
     /// geometry with the levels of this one. At level 0 all but positions are those of `input`, the

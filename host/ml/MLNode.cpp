@@ -2,11 +2,15 @@
 
 #include <maya/MDagPath.h>
 #include <maya/MFnDependencyNode.h>
+#include <maya/MFnSingleIndexedComponent.h>
 #include <maya/MGlobal.h>
+#include <maya/MIntArray.h>
 #include <maya/MPlugArray.h>
 #include <maya/MPxNode.h>
+#include <maya/MSelectionList.h>
 
 #include <algorithm>
+#include <set>
 
 #include "core/sculpt/LNodeRecord.h"
 #include "host/ml/MLFalloffCache.h"
@@ -14,6 +18,7 @@
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLProgressCallback.h"
 #include "host/nodes/GeometryLine.h"
+#include "host/nodes/KelmoSelMessage.h"
 
 namespace VantrelSDK {
 
@@ -40,6 +45,10 @@ MDagPath ShapeFedBy(const MPlug& output) {
 }
 
 }  // namespace
+
+MLNode::~MLNode() {
+    if (IsSculpting()) KelmoSelMessage::DeregisterCallbacks();
+}
 
 const BrushView* MLNode::brushView = nullptr;
 bool MLNode::offontimechange = false;
@@ -101,11 +110,43 @@ bool MLNode::InitSculpt() {
     lobject()->SetActiveSubdivLevel(active);
     TakeWorldMatrices();
     plug(&NodeAttributes::m_moInTime).getValue(sculptTime);
-    return LNode::InitSculpt();
+    if (plug(&NodeAttributes::m_moShowTextures).asBool())
+        meshObject()->UpdateMtlIds(getThisMObject());
+    const bool was = IsSculpting();
+    if (!LNode::InitSculpt()) return false;
+    if (!was) KelmoSelMessage::RegisterCallbacks();
+    KelmoSelMessage::Update();
+    return true;
+}
+
+void MLNode::UpdateComponentSelection() {
+    if (!meshObject()) return;
+    const MDagPath shape = ShapeFedBy(outputPlug());
+    MSelectionList list;
+    MGlobal::getActiveSelectionList(list);
+    std::set<int> polygons, vertices;
+    for (unsigned i = 0; i < list.length(); ++i) {
+        MDagPath path;
+        MObject component;
+        if (!list.getDagPath(i, path, component) || component.isNull()) continue;
+        path.extendToShape();
+        if (!(path == shape)) continue;
+        MIntArray elements;
+        MFnSingleIndexedComponent(component).getElements(elements);
+        const bool whole = component.apiType() == MFn::kMeshPolygonComponent;
+        if (!whole && component.apiType() != MFn::kMeshVertComponent) continue;
+        for (unsigned e = 0; e < elements.length(); ++e)
+            (whole ? polygons : vertices).insert(elements[e]);
+    }
+    meshObject()->SelectPolygons(polygons, vertices);
+    _luseSelected() = !polygons.empty() || !vertices.empty();
 }
 
 void MLNode::FinishSculpt(bool keep) {
-    if (IsSculpting()) displayGeomChanged = true;
+    if (IsSculpting()) {
+        displayGeomChanged = true;
+        KelmoSelMessage::DeregisterCallbacks();
+    }
     LNode::FinishSculpt(keep);
 }
 

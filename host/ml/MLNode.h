@@ -30,7 +30,7 @@ struct BrushView {
 /// NodeCommands.
 class MLNode : public LNode {
   public:
-    ~MLNode() override = default;
+    ~MLNode() override;
 
     /// The object of ours that a host's node is; null for another's node.
     static MLNode* FromObject(const MObject& node);
@@ -71,6 +71,9 @@ class MLNode : public LNode {
     bool Transform(const MPoint& pos, float sx, float sy, const MVector& normal);
     using LNode::InitTransform;
     using LNode::Transform;
+    /// Restricts the brushes to what the host's selection holds of the mesh that the node feeds:
+    /// polygons, and those around vertices.
+    void UpdateComponentSelection();
     bool InitSculpt() override;
     void FinishSculpt(bool keep) override;
     /// The first surface point along a ray. `normal` is the surface's there. False in no session.

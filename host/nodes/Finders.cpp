@@ -104,6 +104,20 @@ bool FindWorkingKelmoNode(MObject& node, MObject& shape) {
            FindCurrentKelmoNodeComponent(node, shape);
 }
 
+MObjectArray FindAllKelmoNodesByComponent() {
+    MSelectionList selected;
+    MGlobal::getActiveSelectionList(selected);
+    MObjectArray nodes;
+    for (unsigned i = 0; i < selected.length(); ++i) {
+        MDagPath path;
+        MObject component;
+        if (!selected.getDagPath(i, path, component) || component.isNull()) continue;
+        const MObject node = FindInputKelmo(ShapeOf(path.node()));
+        if (!node.isNull() && !std::ranges::count(nodes, node)) nodes.append(node);
+    }
+    return nodes;
+}
+
 void FindTopParentConnected(const MObject& node, MObject& top) {
     MObjectArray passed;
     for (MObject at = node; !at.isNull() && !std::ranges::count(passed, at);) {
@@ -147,6 +161,10 @@ MObject FindInputKelmo(const MObject& shape) {
 
 bool HasKelmoConnected(const MObject& shape) {
     return !FindInputKelmo(shape).isNull();
+}
+
+bool HasOutputGroupParts(const MObject& node) {
+    return !FirstBelow(node, [](const MObject& n) { return n.hasFn(MFn::kGroupParts); }).isNull();
 }
 
 Tweaks GetTweakData(const MObject& node) {

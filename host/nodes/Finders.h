@@ -31,6 +31,8 @@ bool FindCurrentKelmoNodeAE(MObject& node, MObject& shape);
 bool FindCurrentKelmoNodeComponent(MObject& node, MObject& shape);
 /// All three in turn.
 bool FindWorkingKelmoNode(MObject& node, MObject& shape);
+/// Every node behind a mesh of which components are selected.
+MObjectArray FindAllKelmoNodesByComponent();
 
 /// Up the leads to the node that has none: the node itself when it follows nobody.
 void FindTopParentConnected(const MObject& node, MObject& top);
@@ -48,6 +50,8 @@ MObject FindInputTweak(const MObject& node);
 /// The node of either class behind a shape.
 MObject FindInputKelmo(const MObject& shape);
 bool HasKelmoConnected(const MObject& shape);
+/// Behind a node something parts the polygons, as several shaders on one mesh need.
+bool HasOutputGroupParts(const MObject& node);
 
 /// Moved vertices, in a shape's own coordinates.
 using Tweaks = std::vector<std::pair<unsigned, MPoint>>;

@@ -155,6 +155,39 @@ TEST_F(NodeTest, AWriteMakesStaleWhatItShould) {
     }
 }
 
+/// Brushes keep to what is selected, polygons or vertices, before the session or in it; what is
+/// selected of another mesh is nothing to them.
+TEST_F(NodeTest, ASelectionKeepsTheBrushesIn) {
+    MakeNode(kHead);
+    Stroke stroke = SomeStrokes()[0];
+    stroke.radius = 100;
+    Must("createNode transform -name other; polyCube -n cube");
+    const std::vector<float> before = Output();
+    const auto moved = [&](const std::string& first, const std::string& then) {
+        Run("select " + first);
+        Do(0);
+        Run("select " + then);
+        Sculpt(stroke);
+        Do(1);
+        const std::vector<float> now = Output();
+        std::set<int> vertices;
+        for (size_t i = 0; i < now.size(); ++i)
+            if (now[i] != before[i]) vertices.insert(static_cast<int>(i) / 3);
+        Do(245);
+        Do(116);
+        EXPECT_EQ(Output(), before);
+        return vertices;
+    };
+    const auto all = moved("-cl", "-cl");
+    EXPECT_GT(all.size(), before.size() / 6);
+    EXPECT_EQ(moved("shown.vtx[1000:1100]", "-cl").size(), 101u) << "more than those move";
+    EXPECT_EQ(moved("-cl", "shown.vtx[1000:1100]").size(), 101u);
+    const auto inside = moved("-cl", "shown.f[500:900]");
+    EXPECT_GT(inside.size(), 100u);
+    EXPECT_LT(inside.size(), 500u);
+    EXPECT_EQ(moved("cube.f[0]", "cube.vtx[0:3]"), all);
+}
+
 TEST_F(NodeTest, TheFalloffCurveIsTheOneOfItsPoints) {
     const std::vector<Stroke> strokes{SomeStrokes()[1]};
     MakeNode(kHead);

@@ -51,6 +51,22 @@ TEST(ScriptsPage, HasEveryCommand) {
     }
 }
 
+TEST(Program, PolygonsThatPartBehindANodeAreTold) {
+    const std::string script =
+        "global proc int KelmoGetRehashMtlsPref() { return PREF; }"
+        "global proc kelmoRehasMaterials(string $node) { print(\"again: \" + $node + \"\\n\"); }"
+        "polySphere -n ball; select ball; Kelmo -create; select ball; $n = `ls -type KelmoND`;"
+        "createNode groupParts -ss -n parts;"
+        "connectAttr ($n[0] + \".outputGeom\") parts.inputGeometry; createNode groupParts -ss";
+    for (const char* wanted : {"1", "0"}) {
+        std::string with = script;
+        with.replace(with.find("PREF"), 4, wanted);
+        const Outcome told = RunText("", with);
+        EXPECT_EQ(told.code, 0) << told.text;
+        EXPECT_EQ(told.text.find("again: KelmoND1\n") != told.text.npos, *wanted == '1');
+    }
+}
+
 TEST(Program, AScriptsSceneIsThereForTheNext) {
     const Folder folder;
     const std::string scene = folder / "scene.mhs", again = folder / "again.mhb";
