@@ -281,26 +281,41 @@ MStatus MFnMesh::setPoints(const MPointArray& points, MSpace::Space space) {
     const auto shown = Read();
     if (!shown || points.length() != static_cast<unsigned>(shown->numVertices()))
         return MS::kInvalidParameter;
-    MPointArray local = points;
     if (space == MSpace::kWorld) {
         const MMatrix back = ToSpace(space).inverse();
+        MPointArray local = points;
         for (MPoint& p : local) p = p * back;
+        return setPoints(local);
     }
-    if (Shape() && Shape()->FindSlot("inMesh")->IsFed()) return SetTweaks(*shown, local);
-    return Edit([&local](MeshData& mesh) {
-        std::vector<MFloatVector> singles;
-        singles.reserve(local.length());
-        for (const MPoint& p : local) singles.push_back(Single(p));
-        mesh.SetPoints(std::move(singles));
-        return MS::kSuccess;
-    });
+    return IsFed() ? SetTweaks(*shown, points) : SetOwnPoints(points);
 }
 
 MStatus MFnMesh::setPoints(const MFloatPointArray& points, MSpace::Space space) {
+    const auto shown = Read();
+    if (shown && points.length() == static_cast<unsigned>(shown->numVertices()) &&
+        space != MSpace::kWorld && !IsFed())
+        return SetOwnPoints(points);
     MPointArray doubles;
     doubles.setLength(points.length());
     std::copy(points.begin(), points.end(), doubles.begin());
     return setPoints(doubles, space);
+}
+
+bool MFnMesh::IsFed() const {
+    return Shape() && Shape()->FindSlot("inMesh")->IsFed();
+}
+
+template <class Points>
+MStatus MFnMesh::SetOwnPoints(const Points& points) {
+    return Edit([&points](MeshData& mesh) {
+        std::vector<MFloatVector> singles;
+        singles.reserve(points.length());
+        for (const auto& p : points)
+            singles.emplace_back(static_cast<float>(p.x), static_cast<float>(p.y),
+                                 static_cast<float>(p.z));
+        mesh.SetPoints(std::move(singles));
+        return MS::kSuccess;
+    });
 }
 
 MStatus MFnMesh::SetTweaks(const MeshData& shown, const MPointArray& points) {

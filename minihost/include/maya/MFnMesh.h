@@ -134,7 +134,11 @@ class MFnMesh : public MFnDagNode {
     minihost::Node* Shape() const;
     /// Makes a set the current one, in the data or by the attribute of a node.
     MStatus SetCurrent(const char* attribute, std::string Data::*current, const MString& name);
+    /// Whether it is a node whose points come from elsewhere.
+    bool IsFed() const;
     MStatus SetTweaks(const Data& shown, const MPointArray& points);
+    template <class Points>
+    MStatus SetOwnPoints(const Points& points);
     template <class Points>
     MObject Create(const Points& points, int numVertices, int numPolygons, const MIntArray& counts,
                    const MIntArray& connects, const MObject& owner, MStatus* status);
