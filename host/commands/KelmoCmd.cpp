@@ -6,6 +6,7 @@
 #include <maya/MItMeshPolygon.h>
 
 #include "core/sculpt/LNodeRecord.h"
+#include "host/commands/KelmoProxy.h"
 #include "host/commands/KelmoPurge.h"
 #include "host/commands/KelmoSkinOrder.h"
 #include "host/commands/KelmoTweaks.h"
@@ -255,6 +256,11 @@ constexpr NodeFlag kFlags[] = {
      .arguments = {kBoolean},
      .edit = Call(WrapUVs),
      .query = Plug("wrapUVs")},
+    {.brief = "x",
+     .name = "proxy",
+     .arguments = {kBoolean},
+     .edit = Call(MakeOrDeleteProxy),
+     .query = Call(TellProxy)},
     {.brief = "in", .name = "input", .edit = Call(TellInput), .query = Call(TellInput)},
 };
 

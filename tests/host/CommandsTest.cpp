@@ -208,6 +208,41 @@ TEST_F(CommandsTest, TweaksAreMerged) {
     }
 }
 
+/// Beside the mesh a proxy shows its base level; a skin behind the node moves the proxy, and goes
+/// back when it goes. Undo takes each step back.
+TEST_F(CommandsTest, AProxyShowsTheBaseLevel) {
+    for (const bool skinned : {false, true}) {
+        host.NewScene();
+        Must("polySphere -n head; select head; Kelmo -create");
+        if (skinned) Must("createNode joint -n a; skinCluster a head; select head");
+        const std::vector<float> base = Points("headShape", "outMesh");
+        Must(
+            "setAttr KelmoND1.forceRenderTopLevel 0; KelmoSubdivs -newsubdiv;"
+            "setAttr KelmoND1.numRenderSubdivLvls 1");
+        EXPECT_EQ(Run("Kelmo -q -proxy"), "0");
+        const std::string before = Scene();
+        Must("Kelmo -proxy 1");
+        EXPECT_EQ(Run("Kelmo -q -proxy"), "1");
+        EXPECT_EQ(Points("proxyShape", "outMesh"), base);
+        EXPECT_EQ(Run("listRelatives -parent proxy"), "head");
+        if (skinned) {
+            Must("setAttr a.translateX 2");
+            EXPECT_EQ(Points("headShape", "outMesh")[0], base[0] + 2);
+            Must("setAttr a.translateX 0");
+        } else {
+            EXPECT_GT(Points("headShape", "outMesh").size(), base.size());
+        }
+        const std::string with = Scene();
+        Must("Kelmo -proxy 1");
+        EXPECT_EQ(Scene(), with) << "there is one already";
+        Must("Kelmo -proxy 0");
+        EXPECT_EQ(Run("Kelmo -q -proxy"), "0");
+        EXPECT_EQ(Scene(), before);
+        Must("undo");
+        EXPECT_EQ(Scene(), with);
+    }
+}
+
 /// The node goes, and the mesh is what it was, or with -zerotweak what it had become.
 TEST_F(CommandsTest, NodesAreDeletedAndPurged) {
     for (const std::string& kind : MeshKinds())
