@@ -76,6 +76,8 @@ class Prompt::Editor {
 
     bool ReadLine(const std::string& prompt, std::string& line) {
         prompt_ = prompt;
+        // Before the prompt is there, or a key that is typed at once is the terminal's.
+        el_set(edit_, EL_PREP_TERM, 1);
         int length = 0;
         const char* const text = el_gets(edit_, &length);
         if (!text || length <= 0) {

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <string>
+#include <thread>
 
 #include "tests/Paths.h"
 
@@ -38,8 +39,7 @@ class Terminal {
     }
     /// What is shown up to and with a text, or all of it where that does not come in time.
     std::string Until(const std::string& text) {
-        using Clock = std::chrono::steady_clock;
-        const auto end = Clock::now() + std::chrono::seconds(20);
+        const auto end = Clock::now() + kPatience;
         pollfd ready{terminal_, POLLIN, 0};
         size_t found;
         while ((found = shown_.find(text)) == shown_.npos && Clock::now() < end) {
@@ -54,15 +54,22 @@ class Terminal {
         shown_.erase(0, found);
         return before;
     }
-    /// The exit code; only when the program has been told to end.
+    /// The exit code of a program that has been told to end; -1 where it does not in time.
     int Wait() {
         int status = -1;
-        waitpid(pid_, &status, 0);
+        const auto end = Clock::now() + kPatience;
+        while (waitpid(pid_, &status, WNOHANG) == 0) {
+            if (Clock::now() > end) return -1;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
         pid_ = -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
   private:
+    using Clock = std::chrono::steady_clock;
+    static constexpr std::chrono::seconds kPatience{20};
+
     pid_t pid_ = -1;
     int terminal_ = -1;
     std::string shown_;
