@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "app/cli/Commands.h"
-#include "core/io/ObjReader.h"
+#include "core/io/MeshFile.h"
 #include "core/mesh/MeshFacts.h"
 
 namespace kelmo {
@@ -69,7 +69,7 @@ int RunInfo(const InfoOptions& options) {
     VantrelSDK::PolyMesh mesh;
     VantrelSDK::FileError error;
     const auto progress = MakeProgress("reading");
-    if (!VantrelSDK::ReadObj(options.file, mesh, error, progress.get())) return Fail(error.Text());
+    if (!VantrelSDK::ReadMesh(options.file, mesh, error, progress.get())) return Fail(error.Text());
     const MeshFacts facts = VantrelSDK::CountFacts(mesh);
     fmt::print("{}\n", options.json ? AsJson(options.file, facts) : AsText(options.file, facts));
     return 0;

@@ -9,8 +9,7 @@
 
 #include "app/cli/Commands.h"
 #include "core/io/AtomicFile.h"
-#include "core/io/ObjReader.h"
-#include "core/io/ObjWriter.h"
+#include "core/io/MeshFile.h"
 #include "core/io/SystemMemory.h"
 #include "core/sculpt/StrokePlayer.h"
 
@@ -110,7 +109,7 @@ bool WriteText(const std::string& path, const std::string& text, std::string& er
 int RunReplay(const ReplayOptions& options) {
     PolyMesh mesh;
     FileError error;
-    if (!ReadObj(options.mesh, mesh, error, MakeProgress("reading").get()))
+    if (!ReadMesh(options.mesh, mesh, error, MakeProgress("reading").get()))
         return Fail(error.Text());
     Timings timings;
     long long touched = 0;
@@ -133,7 +132,7 @@ int RunReplay(const ReplayOptions& options) {
         if (!node.GetResult(mesh, level, result, message)) return Fail(message);
         if (!options.save.empty() && !node.SaveState(options.save, message)) return Fail(message);
     }
-    if (!WriteObj(options.out, result, message)) return Fail(message);
+    if (!WriteMesh(options.out, result, message)) return Fail(message);
     if (!options.stats.empty() && !WriteText(options.stats, timings.AsJson(touched), message))
         return Fail(message);
     return 0;

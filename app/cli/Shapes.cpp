@@ -2,8 +2,7 @@
 
 #include "app/cli/Commands.h"
 #include "core/io/AtomicFile.h"
-#include "core/io/ObjReader.h"
-#include "core/io/ObjWriter.h"
+#include "core/io/MeshFile.h"
 #include "core/morph/SkinFrames.h"
 #include "core/sculpt/LHeadlessNode.h"
 
@@ -17,7 +16,7 @@ using namespace VantrelSDK;
 bool ReadPose(const std::string& file, const std::string& neutralFile, const PolyMesh& neutral,
               PolyMesh& pose, std::string& message) {
     FileError error;
-    if (!ReadObj(file, pose, error, MakeProgress("reading").get())) {
+    if (!ReadMesh(file, pose, error, MakeProgress("reading").get())) {
         message = error.Text();
         return false;
     }
@@ -74,7 +73,7 @@ int RunShapes(const ShapesOptions& options) {
     PolyMesh neutral, base, result;
     FileError error;
     std::string message;
-    if (!ReadObj(options.neutral, neutral, error, MakeProgress("reading").get()))
+    if (!ReadMesh(options.neutral, neutral, error, MakeProgress("reading").get()))
         return Fail(error.Text());
     LHeadlessNode node(options.threads, [] { return MakeProgress("subdividing"); });
     if (!node.Load(neutral, message)) return Fail(options.neutral + ": " + message);
@@ -91,7 +90,7 @@ int RunShapes(const ShapesOptions& options) {
     }
     if (!node.GetResult(neutral, options.level, *Sum(node, options), result, message))
         return Fail(message);
-    if (!WriteObj(options.out, result, message)) return Fail(message);
+    if (!WriteMesh(options.out, result, message)) return Fail(message);
     for (int i = 0; i < node.GetNumMixTargets(); ++i)
         fmt::print("{:>8.4g}  {}  ({} of {} vertices moved)\n", options.Weight(i),
                    options.shapes[i], node.GetMixTarget(i)->proxy().size(),
