@@ -102,6 +102,13 @@ void OneNode(const uint8_t* data, size_t size) {
     Demand(geom.Validate().empty() && node.GetDelta()->GetOrigMesh()->Validate().empty());
     geom.RebuildLevels();
     node.GetDelta()->UpdateUpperLayers();
+    LColorDelta& colours = *node.lcolorDelta();
+    Demand(colours.GetNumVerts(-2) == geom.GetNumLevelVerts(geom.GetNumSubivLevels() - 1));
+    for (int v = 0; v < colours.GetNumVerts(-2); ++v)
+        Demand(colours.Paints()[v].a >= 0 && colours.Paints()[v].a <= 1 &&
+               colours.Stencils()[v] >= 0 && colours.Stencils()[v] <= 1);
+    colours.MixColor(0, 0.5f, LColor::cWhite);
+    colours.UpdateUpperLayers();
 }
 
 void OneMesh(const uint8_t* data, size_t size) {

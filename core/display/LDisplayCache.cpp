@@ -4,6 +4,7 @@
 
 #include "core/io/HugePages.h"
 #include "core/mesh/LCalcNormalsCallbacks.h"
+#include "core/paint/LColorDelta.h"
 #include "core/sculpt/LThreadGroup.h"
 
 namespace VantrelSDK {
@@ -34,7 +35,8 @@ void LDisplayCache::Init(LSubdivMeshI* object, LSubdivMeshI* delta) {
     ResizeLarge(fnormals_, nfaces_ + 1);
     ResizeLarge(vnormals_, nverts_);
     ResizeLarge(vnormalsPP_, nverts_);
-    if (!colors_.empty()) colors_.assign(nverts_, LColor::cWhite);
+    if (useColors()) colors_.assign(nverts_, LColor::cWhite);
+    stencils_.clear();
     changedVerts_.Reset(nverts_);
     changedFaces_.Reset(nfaces_);
     unfrozen_.Reset(nverts_);
@@ -155,6 +157,48 @@ void LDisplayCache::CalcAll() {
         std::copy(vnormals_.begin() + first, vnormals_.begin() + last, vnormalsPP_.begin() + first);
     });
     unfrozen_.Clear();
+    if (useColors()) AllColors();
+    if (colordelta_ && (!stencils_.empty() || !colordelta_->IsZeroStencil())) AllStencils();
+}
+
+void LDisplayCache::AllColors() {
+    if (!colordelta_ || colordelta_->GetNumVerts(level_) != nverts_) return;
+    Run(nverts_, [&](int first, int last, int) {
+        for (int v = first; v < last; ++v) colors_[v] = colordelta_->ResAt(v);
+    });
+}
+
+void LDisplayCache::AllStencils() {
+    stencils_.resize(nverts_);
+    if (!colordelta_ || colordelta_->GetNumVerts(level_) != nverts_) return;
+    std::copy_n(colordelta_->Stencils(), nverts_, stencils_.begin());
+}
+
+template <class Take>
+void LDisplayCache::TakeListed(std::span<const int> list, const Take& take) {
+    for (DirtyBox& box : workerBoxes_) box = {};
+    Run(list.size(), [&](int first, int last, int worker) {
+        DirtyBox box;
+        for (int i = first; i < last; ++i) {
+            take(list[i]);
+            box.Add(verts_[list[i]]);
+        }
+        workerBoxes_[worker] = box;
+    });
+    for (const DirtyBox& box : workerBoxes_) dirtyBox_[0].Add(box);
+}
+
+void LDisplayCache::TakeColors(std::span<const int> verts) {
+    if (!colordelta_) return;
+    if (!useColors()) SetUseColor(true);
+    TakeListed(verts, [&](int v) { colors_[v] = colordelta_->ResAt(v); });
+}
+
+void LDisplayCache::TakeStencils(std::span<const int> verts) {
+    if (!colordelta_) return;
+    if (stencils_.empty()) AllStencils();
+    const float* stencils = colordelta_->Stencils();
+    TakeListed(verts, [&](int v) { stencils_[v] = stencils[v]; });
 }
 
 void LDisplayCache::CachePushPullNormas() {
@@ -165,6 +209,12 @@ void LDisplayCache::CachePushPullNormas() {
 void LDisplayCache::SetUseColor(bool use) {
     colors_.assign(use ? nverts_ : 0, LColor::cWhite);
     colors_.shrink_to_fit();
+    if (use) AllColors();
+}
+
+void LDisplayCache::ClearColor() {
+    FillColor(LColor::cWhite);
+    if (useColors()) AllColors();
 }
 
 void LDisplayCache::FillColor(const LColor& colour) {

@@ -13,12 +13,13 @@
 
 namespace VantrelSDK {
 
+class LColorDelta;
 class LNode;
 class LThreadGroup;
 
 /// The evaluated surface of one level as flat arrays: positions (object plus delta), face and
-/// vertex normals, adjacency. A stroke marks the vertices and faces that it changes, and
-/// CalcChanged brings just those up to date.
+/// vertex normals, adjacency, colours and stencils. A stroke marks the vertices and faces that it
+/// changes, and CalcChanged brings just those up to date.
 ///
 /// Marking is done by one thread; the evaluation runs on the worker group in joined passes, each
 /// worker with entries of its own. The result does not depend on the number of workers.
@@ -78,10 +79,19 @@ class LDisplayCache {
     }
     const std::shared_ptr<const LMeshTopology>& Topology() const { return topology_; }
 
-    /// Vertex colours exist after SetUseColor(true), all white.
+    /// Where colours and stencils come from (borrowed, of the object's levels; null for nowhere).
+    void SetColorDelta(const LColorDelta* delta) { colordelta_ = delta; }
+    const LColorDelta* colordelta() const { return colordelta_; }
+    /// Vertex colours exist after SetUseColor(true): what the colour delta shows, white without.
     void SetUseColor(bool use);
+    bool useColors() const { return !colors_.empty(); }
     void FillColor(const LColor& colour);
-    void ClearColor() { FillColor(LColor::cWhite); }
+    /// As they are where nothing was painted.
+    void ClearColor();
+    /// Takes colours, or stencils, of these vertices anew from the colour delta, and adds where
+    /// they are to the dirty box. All of them are made first where there are none yet.
+    void TakeColors(std::span<const int> verts);
+    void TakeStencils(std::span<const int> verts);
     LColor GetColor(int v) const;
     float GetStencil(int v) const;
 
@@ -113,6 +123,10 @@ class LDisplayCache {
     void CalcVerts(std::span<const int> verts);
     void CalcFaceNormals(std::span<const int> faces);
     void CalcVertNormals(std::span<const int> verts);
+    void AllColors();
+    void AllStencils();
+    template <class Take>
+    void TakeListed(std::span<const int> verts, const Take& take);
     template <class FaceAt>
     void FillFaceNormals(int first, int last, const FaceAt& faceAt);
     template <class VertAt>
@@ -122,6 +136,7 @@ class LDisplayCache {
     LThreadGroup* workers_;
     LSubdivMeshI* object_ = nullptr;
     LSubdivMeshI* delta_ = nullptr;
+    const LColorDelta* colordelta_ = nullptr;
     int level_ = -1;
     int nverts_ = 0, nfaces_ = 0;
     std::shared_ptr<const LMeshTopology> topology_;

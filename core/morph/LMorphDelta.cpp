@@ -13,18 +13,6 @@
 
 namespace VantrelSDK {
 
-void UndoStack::Push(UndoData data) {
-    records_.push_front(std::move(data));
-    if (records_.size() > kDepth) records_.pop_back();
-}
-
-bool UndoStack::Pop(UndoData& data) {
-    if (records_.empty()) return false;
-    data = std::move(records_.front());
-    records_.pop_front();
-    return true;
-}
-
 LMorphDelta::LMorphDelta(LNode* owner, const LSubdivMesh& geom)
     : owner_(owner), mesh_(std::make_unique<LSubdivMesh>(geom, false)) {
     mesh_->ClearAllVerts();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <climits>
-#include <deque>
 #include <functional>
 #include <memory>
 #include <span>
@@ -9,6 +8,7 @@
 
 #include "core/mesh/LIndexCache.h"
 #include "core/mesh/ZeroedArray.h"
+#include "core/morph/UndoStack.h"
 #include "core/subdiv/LSubdivMesh.h"
 
 namespace VantrelSDK {
@@ -26,20 +26,7 @@ struct UndoData {
     std::vector<Entry> undos;
 };
 
-/// The last ten strokes, newest first; an older one falls off the end.
-class UndoStack {
-  public:
-    static constexpr size_t kDepth = 10;
-
-    void Push(UndoData data);
-    /// False when the stack is empty.
-    bool Pop(UndoData& data);
-    void Clear() { records_.clear(); }
-    size_t GetSize() const { return records_.size(); }
-
-  private:
-    std::deque<UndoData> records_;
-};
+using UndoStack = StrokeUndoStack<UndoData>;
 
 /// The working delta of a node: an offset from the base shape for each vertex of all levels, in
 /// object space during a sculpt session and in the frames of the surface between sessions. The

@@ -101,6 +101,22 @@ void TakePolygons(const LMeshObject& object, int level, const PolyMesh& source, 
                               source.statements[i].text);
 }
 
+/// The colours that a mesh comes in with.
+bool LoadColours(LColorDelta& delta, const PolyMesh& mesh, std::string& error) {
+    if (mesh.colours.size() != mesh.positions.size()) return true;
+    std::vector<LColor> colours;
+    colours.reserve(mesh.colours.size());
+    for (const LPoint3& c : mesh.colours) {
+        if (!IsFinite(c)) {
+            error = "the colour of vertex " + std::to_string(colours.size()) + " is not finite";
+            return false;
+        }
+        colours.emplace_back(c);
+    }
+    delta.SetIncomingColors(colours);
+    return true;
+}
+
 }  // namespace
 
 LHeadlessNode::LHeadlessNode(int workers, ProgressFactory progress)
@@ -118,9 +134,11 @@ bool LHeadlessNode::Load(const PolyMesh& mesh, std::string& error) try {
     weights_.Clear();
     auto object = std::make_unique<HeadlessMeshObject>(this, mesh);
     if (!object->AddUVs(mesh, error)) return false;
-    if (Init(std::move(object)) == 0 && CreateDelta()) return true;
-    error = "the mesh has nothing to sculpt";
-    return false;
+    if (Init(std::move(object)) != 0 || !CreateDelta()) {
+        error = "the mesh has nothing to sculpt";
+        return false;
+    }
+    return LoadColours(*lcolorDelta(), mesh, error);
 } catch (const std::bad_alloc&) {
     error = "there is not enough memory for this mesh";
     return false;
@@ -152,15 +170,33 @@ bool LHeadlessNode::GetResult(const PolyMesh& source, int level, const LSubdivMe
     }
     if (level > 0) {
         TakePolygons(*lobject(), level, source, result);
-        return true;
+    } else {
+        std::vector<LPoint3> positions = std::move(result.positions);
+        result = source;
+        result.positions = std::move(positions);
     }
-    std::vector<LPoint3> positions = std::move(result.positions);
-    result = source;
-    result.positions = std::move(positions);
+    TakeColours(source, result);
     return true;
 } catch (const std::bad_alloc&) {
     error = "there is not enough memory for the result";
     return false;
+}
+
+/// Colours of the vertices that the result has.
+void LHeadlessNode::TakeColours(const PolyMesh& source, PolyMesh& result) const {
+    const LColorDelta* delta = lcolorDelta();
+    if (!delta || (source.colours.empty() && delta->IsZero())) return;
+    const LAColor* paints = delta->Paints();
+    const size_t given = source.colours.size();
+    result.colours.resize(result.positions.size());
+    for (size_t v = 0; v < result.colours.size(); ++v) {
+        LColor colour = delta->ResAt(v);
+        colour.ClampMinMax();
+        // What was not painted keeps its bits.
+        result.colours[v] = v < given && paints[v] == LAColor()
+                                ? source.colours[v]
+                                : LPoint3(colour.r, colour.g, colour.b);
+    }
 }
 
 bool LHeadlessNode::SaveState(const std::string& path, std::string& error) {
@@ -216,9 +252,22 @@ int LHeadlessNode::getTransformMode(bool modifiers) const {
     return settings_.sculptMode;
 }
 
-float LHeadlessNode::getBrushPaintPressure(bool tablet) const {
-    const float multiplier = settings_.paintPressMult[getTransformMode(false)];
+float LHeadlessNode::ModeStrength(const SettingArray<float, 20>& strengths, bool tablet) const {
+    const float multiplier = strengths[getTransformMode(false)];
     return multiplier * (tablet ? penPressure_ : 1.0f) * 0.1f;
+}
+
+float LHeadlessNode::getBrushPaintPressure(bool tablet) const {
+    return ModeStrength(settings_.paintPressMult, tablet);
+}
+
+float LHeadlessNode::getVertColorStrength(bool tablet) const {
+    return ModeStrength(settings_.vertColorStrength, tablet);
+}
+
+LColor LHeadlessNode::getVertexPaintColor() const {
+    const SettingFloat3& colour = settings_.vertexPaintColor;
+    return {colour[0], colour[1], colour[2]};
 }
 
 }  // namespace VantrelSDK

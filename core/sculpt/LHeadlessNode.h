@@ -18,15 +18,16 @@ class LHeadlessNode : public LNode {
     /// `workers` 0 means one per processor. `progress` may be empty.
     explicit LHeadlessNode(int workers = 0, ProgressFactory progress = {});
 
-    /// Takes a mesh to sculpt. False, with the reason, when there is nothing to sculpt or a number
-    /// is out of range.
+    /// Takes a mesh to sculpt. Its colours come in held to 0 to 1. False, with the reason, when
+    /// there is nothing to sculpt or a number is out of range.
     bool Load(const PolyMesh& mesh, std::string& error);
 
     /// What was sculpted, at a level: object plus delta. At level 0 the polygons of `source` (what
     /// was loaded), above it quads where the level is made of quads, else triangles, with the UVs
     /// of the level (none in a polygon that lacks one) and the groups and materials of the polygons
-    /// that they lie in. Levels above the active one have followed. False, with the reason, when a
-    /// position has left the range of numbers.
+    /// that they lie in. It has colours when the source has or something was painted; what was not
+    /// painted has those of the source as they came. Levels above the active one have followed.
+    /// False, with the reason, when a position has left the range of numbers.
     bool GetResult(const PolyMesh& source, int level, PolyMesh& result, std::string& error);
     /// The same for other offsets in object space, of all levels, than those sculpted.
     bool GetResult(const PolyMesh& source, int level, const LSubdivMesh& offsets, PolyMesh& result,
@@ -71,6 +72,15 @@ class LHeadlessNode : public LNode {
     int getNumSculptSharpenIterations() const override { return settings_.sculptSharpenIterations; }
     int getPatternMode() const override { return settings_.patternMode; }
     bool getAffectGeometry() const override { return settings_.affectGeometry; }
+    bool getAffectVertexColor() const override { return settings_.affectVertColor; }
+    bool getAffectStencil() const override { return settings_.affectStencil; }
+    float getVertColorStrength(bool tablet) const override;
+    LColor getVertexPaintColor() const override;
+    void setVertexPaintColor(LColor color) override {
+        settings_.vertexPaintColor = {color.r, color.g, color.b};
+    }
+    bool getUseStencil() const override { return settings_.useStencil; }
+    bool getDoInvertStencil() const override { return settings_.invertStencil; }
     bool getUseRandomPatternRotation() const override { return settings_.randPatternRotation; }
     bool getUseRandomPatternOffset() const override { return settings_.randPatternOffset; }
     bool getUseRandomPatternScale() const override { return settings_.randPatternScale; }
@@ -94,6 +104,9 @@ class LHeadlessNode : public LNode {
     int getNumRenderSubdivisionLevels() const override { return settings_.numRenderSubdivLvls; }
 
   private:
+    void TakeColours(const PolyMesh& source, PolyMesh& result) const;
+    float ModeStrength(const SettingArray<float, 20>& strengths, bool tablet) const;
+
     LNodeSettings settings_;
     ProgressFactory progress_;
     float penPressure_ = 1;

@@ -94,6 +94,7 @@ int LNode::Init(std::unique_ptr<LMeshObject> object) {
 void LNode::Reset() {
     FinishSculpt(false);
     lcurMorph_.reset();
+    lcolorDelta_.reset();
     lobject_.reset();
     lblendCache_.reset();
     lneutralLimit_.reset();
@@ -107,7 +108,7 @@ void LNode::Reset() {
 bool LNode::CreateDelta() {
     if (!lobject_ || lobject_->IsEmpty()) return false;
     lcurMorph_ = std::make_unique<LMorphDelta>(this, *lobject_->GetOrigGeom());
-    return true;
+    return CreateColorDelta();
 }
 
 bool LNode::InitSculpt() {
@@ -134,6 +135,9 @@ bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     lsmoothCache_.reset();
     vertexNormals_.Reset(lobject_->GetNumVerts());
     normalSmoother_.Reset(lobject_->GetNumVerts());
+    lsmoothCache2_.reset();
+    lsmoothCache3_.reset();
+    lsmoothCacheF_.reset();
     lsnapOK_ = false;
     fillSculptCache();
     const auto topology = lmeshCache_->Topology();
@@ -161,6 +165,7 @@ void LNode::RestartLevel(ProgressScope& progress, float from) {
 void LNode::FinishSculpt(bool) {
     if (lsculpt_) {
         lcurMorph_->FlushUndo();
+        if (lcolorDelta_) lcolorDelta_->FlushUndo();
         DeltaToTangent();
     }
     lsculpt_ = lstroke_ = false;
@@ -170,6 +175,9 @@ void LNode::FinishSculpt(bool) {
     deleteAllLevelTrees();
     lmeshCache_.reset();
     lsmoothCache_.reset();
+    lsmoothCache2_.reset();
+    lsmoothCache3_.reset();
+    lsmoothCacheF_.reset();
 }
 
 bool LNode::CanSubdivide(bool quad, std::string& error) const try {
@@ -221,7 +229,10 @@ bool LNode::AddLevel(bool quad) {
     progress.Reach(0.5f);
     const LSubdivMesh& geom = *lobject_->GetOrigGeom();
     if (!lcurMorph_->SubdivideLike(geom) ||
-        (lentryCache_ && !lentryCache_->SubdivideLike(geom, false))) {
+        (lentryCache_ && !lentryCache_->SubdivideLike(geom, false)) ||
+        (lcolorDelta_ && !lcolorDelta_->SubdivideLike(geom))) {
+        if (lentryCache_ && lentryCache_->GetNumSubivLevels() == geom.GetNumSubivLevels())
+            lentryCache_->DeleteTopLevel();
         if (lcurMorph_->GetOrigMesh()->GetNumSubivLevels() == geom.GetNumSubivLevels())
             lcurMorph_->DeleteTopLevelSudiv();
         lobject_->DeleteTopLevelSudiv(false);
@@ -263,6 +274,7 @@ void LNode::GoToLevel(unsigned level, ProgressScope& progress, float share) {
     lobject_->SetActiveSubdivLevel(static_cast<int>(level));
     if (neutralbases_) neutralbases_->SetActiveLevel(level);
     if (lentryCache_) lentryCache_->SetActiveLevel(level);
+    if (lcolorDelta_) lcolorDelta_->SetActiveSubdivLevel(static_cast<int>(level));
 }
 
 bool LNode::DeleteTopLevelSudiv() {
@@ -275,6 +287,7 @@ bool LNode::DeleteTopLevelSudiv() {
     if (!lobject_->DeleteTopLevelSudiv(false)) return false;
     lcurMorph_->DeleteTopLevelSudiv();
     if (lentryCache_) lentryCache_->DeleteTopLevel();
+    if (lcolorDelta_) lcolorDelta_->DeleteTopLevelSubdiv();
     const size_t levels = lobject_->GetOrigGeom()->GetNumSubivLevels();
     if (levelCaches_.size() > levels) levelCaches_.resize(levels);
     RenewProxies();
@@ -285,6 +298,7 @@ bool LNode::DeleteTopLevelSudiv() {
 
 void LNode::UpdateSubdivLevels() {
     if (lcurMorph_) lcurMorph_->UpdateUpperLayers();
+    if (lcolorDelta_) lcolorDelta_->UpdateUpperLayers();
 }
 
 void LNode::UpdateHidden() {
@@ -354,6 +368,11 @@ void LNode::setLevelDisplayCache() {
         caches.display->Init(&BaseShape(), lcurMorph_->GetMesh());
         caches.shown = 0;
     }
+    const LColorDelta* colours = lcolorDelta_.get();
+    caches.display->SetColorDelta(colours);
+    const bool shown = colours && (!colours->IsZero() || colours->HasIncomingColors());
+    if (!caches.display->useColors() && (shown || getAffectVertexColor()))
+        caches.display->SetUseColor(true);
     if (caches.shown != surface_) caches.display->CalcAll();
     ldisplayCache_ = caches.display.get();
 }

@@ -16,6 +16,7 @@
 #include "core/mesh/LSmoothCache.h"
 #include "core/morph/LMorphDelta.h"
 #include "core/morph/LTargetLists.h"
+#include "core/paint/LColorDelta.h"
 #include "core/sculpt/LFalloffCache.h"
 #include "core/sculpt/LThreadGroup.h"
 #include "core/sculpt/NormalSmoother.h"
@@ -102,8 +103,15 @@ class LNode : public LTargetLists {
     /// standard ones, which are empty, and an empty neutral.
     virtual int Init(std::unique_ptr<LMeshObject> object);
     virtual void Reset();
-    /// False without an object.
+    /// Makes the delta and the colour delta. False without an object.
     virtual bool CreateDelta();
+    /// The object's levels, unpainted.
+    virtual bool CreateColorDelta();
+    LColorDelta* lcolorDelta() const { return lcolorDelta_.get(); }
+    std::unique_ptr<LColorDelta>& _lcolorDelta() { return lcolorDelta_; }
+    /// Takes all paint off; covers everything with the paint colour. Not in a stroke.
+    void ClearVertColor();
+    void FloodVertColor();
     LMorphDelta* GetDelta() const { return lcurMorph_.get(); }
     LSubdivMesh* GetDeltaMesh() const { return lcurMorph_ ? lcurMorph_->GetOrigMesh() : nullptr; }
     /// The longest delta vector, 0 without a delta.
@@ -305,6 +313,8 @@ class LNode : public LTargetLists {
     float calcWeight(int i, const LPoint3& p, const LPoint3& c);
     /// The same by the curve of the stroke modes.
     float calcWeight2(int i, const LPoint3& p, const LPoint3& c);
+    /// The same for colours.
+    float calcWeight3(const LPoint3& p, const LPoint3& c);
     /// As calcWeight2 without a pattern.
     float calcWeight2tex(const LPoint3& p, const LPoint3& c);
     /// Turns the pattern's frame along the stroke and jitters it. True when a stamp is due in this
@@ -345,6 +355,16 @@ class LNode : public LTargetLists {
     virtual int getNumSculptSharpenIterations() const = 0;
     virtual int getPatternMode() const = 0;
     virtual bool getAffectGeometry() const = 0;
+    virtual bool getAffectVertexColor() const = 0;
+    virtual bool getAffectStencil() const = 0;
+    /// As getBrushPaintPressure, of the strength of vertex colours and stencils.
+    virtual float getVertColorStrength(bool tablet) const = 0;
+    virtual LColor getVertexPaintColor() const = 0;
+    virtual void setVertexPaintColor(LColor color) = 0;
+    /// Geometry is held where the stencil is.
+    virtual bool getUseStencil() const = 0;
+    /// The display shows the stencil inverted.
+    virtual bool getDoInvertStencil() const = 0;
     virtual bool getUseRandomPatternRotation() const = 0;
     virtual bool getUseRandomPatternOffset() const = 0;
     virtual bool getUseRandomPatternScale() const = 0;
@@ -369,6 +389,7 @@ class LNode : public LTargetLists {
     virtual bool getFullEvalForRecord() const = 0;
     virtual int getNumRenderSubdivisionLevels() const = 0;
     int GetObjSmoothIt() const { return getObjSmoothIt(); }
+    LColor GetVertexPaintColor() const { return getVertexPaintColor(); }
     bool SculptTransformMode() const { return IsSculptTransformMode(getTransformMode(false)); }
     bool PaintTransformMode() const { return IsPaintTransformMode(getTransformMode(false)); }
 
@@ -409,6 +430,10 @@ class LNode : public LTargetLists {
     std::unique_ptr<LFalloffCache>& _lfalloff2() { return lfalloff2_; }
     /// The smoothing buffer, of the active level's size; made at the first call.
     LSmoothCache& lsmoothCache();
+    /// The same for paint, for its colours alone and for stencils.
+    LAColorSmoothCache2& lsmoothCache2() { return ColourBuffer(lsmoothCache2_); }
+    LColorSmoothCache& lsmoothCache3() { return ColourBuffer(lsmoothCache3_); }
+    LFloatSmoothCache& lsmoothCacheF() { return ColourBuffer(lsmoothCacheF_); }
     std::vector<theThData>& theThDts() { return theThDts_; }
     ILRandGenerator& rgen() { return *rgen_; }
 
@@ -470,6 +495,16 @@ class LNode : public LTargetLists {
         size_t surface = 0;
     };
 
+    template <class Cache>
+    Cache& ColourBuffer(std::unique_ptr<Cache>& cache) {
+        if (!cache)
+            cache = std::make_unique<Cache>(lmeshCache_->GetNumVerts(), lmeshCache_->Faces());
+        return *cache;
+    }
+    bool AffectsColours() const;
+    int CacheColourUndo();
+    void KeepUndosInStep();
+    LColorDelta* StrokeColours() const;
     bool AddLevel(bool quad);
     size_t SurfaceMark() const;
     bool IsDeltaKept() const;
@@ -506,9 +541,13 @@ class LNode : public LTargetLists {
     std::unique_ptr<LThreadGroup> lthGrp_;
     std::unique_ptr<LMeshObject> lobject_;
     std::unique_ptr<LMorphDelta> lcurMorph_;
+    std::unique_ptr<LColorDelta> lcolorDelta_;
     std::unique_ptr<LMesh> lmeshCache_, lblendCache_;
     std::unique_ptr<LSubdivMesh> lentryCache_;
     std::unique_ptr<LSmoothCache> lsmoothCache_;
+    std::unique_ptr<LAColorSmoothCache2> lsmoothCache2_;
+    std::unique_ptr<LColorSmoothCache> lsmoothCache3_;
+    std::unique_ptr<LFloatSmoothCache> lsmoothCacheF_;
     /// Frames of the neutral's skin, on all levels and on level 0; made when a proxy needs them.
     std::unique_ptr<LMeshBasesUV2> lneutralLimit_, lneutralLimit0_;
     /// Those that take the place of the object's while neutralizing, and its shape.

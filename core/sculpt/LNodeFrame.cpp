@@ -12,6 +12,7 @@ bool LNode::SetTime(int ticks, int levels) {
     ltime_ = ticks;
     if (lblend_ && !getFullEvalForRecord()) return false;
     lcurMorph_->EvalDelta(ticks, -1, true, levels);
+    if (lcolorDelta_) lcolorDelta_->EvalDelta(ticks, -1, true, true);
     ReopenSession();
     return true;
 }
@@ -20,6 +21,7 @@ void LNode::InitGroupBlend() {
     lblend_ = true;
     if (!lcurMorph_) return;
     lcurMorph_->EvalDelta(ltime_, -1, false, getNumRenderSubdivisionLevels() + 1);
+    if (lcolorDelta_) lcolorDelta_->EvalDelta(ltime_, -1, false, true);
     ReopenSession();
 }
 

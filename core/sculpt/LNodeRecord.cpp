@@ -19,6 +19,7 @@ enum Tag : unsigned short {
     kGroup = 261,
     kDelta = 263,
     kObject = 266,
+    kColorDelta = 268,
     kPose = 269,
     kNeutralBackup = 272,
     kFlexor = 273,
@@ -63,6 +64,8 @@ constexpr Texts kTexts[] = {
      "MLNode: can not finish to write morph groupchunk\n"},
     {kDelta, "MLNode: can not start to write delta chunk\n", "MLNode: can not write delta \n",
      "MLNode: can not finish to write delta chunk\n"},
+    {kColorDelta, "MLNode: can not start to write color delta chunk\n",
+     "MLNode: can not write color delta \n", "MLNode: can not finish to write color delta chunk\n"},
     {kPose, "MLNode: can not begin to write pose chunk.", "MLNode: can not write pose chunk\n",
      "MLNode: can not finish to write pose chunk\n"},
     {kFlexor, "MLNode: can not begin to write flexor chunk.", "MLNode: can not write flexor chunk.",
@@ -200,6 +203,8 @@ bool LNodeRecord::PutTargets() {
     for (int i = 0; i < node_.GetNumGroups(); ++i)
         put(kGroup, kMorphGroup, *node_.GetMorphGroup(i));
     if (node_.GetDelta()) Put(kDelta, [&] { return node_.GetDelta()->WriteTo(stream_); });
+    if (node_.lcolorDelta())
+        Put(kColorDelta, [&] { return node_.lcolorDelta()->WriteTo(stream_); });
     for (int i = 0; i < node_.GetNumPoseMorphs(); ++i)
         put(kPose, kPoseTarget, *node_.GetPoseMorph(i));
     for (int i = 0; i < node_.GetNumFlexorMorphs(); ++i)
@@ -293,6 +298,9 @@ int LNodeRecord::ReadChunk(unsigned short tag) {
             return ReadGroup();
         case kDelta:
             return ReadDelta();
+        case kColorDelta:
+            if (!node_.lcolorDelta() && !node_.CreateColorDelta()) return LBlindData::kBadRecord;
+            return node_.lcolorDelta()->ReadFrom(stream_);
         case kMixTargets:
             return ReadMixTargets();
         default:

@@ -15,8 +15,8 @@ class LNode;
 int GetKelmoVersionInt();
 std::string GetKelmoVersionString(int version = GetKelmoVersionInt());
 
-/// The state of a node as a record: object with UV channels, neutral, targets of all lists, groups
-/// and delta. Settings and what a session makes are not in it.
+/// The state of a node as a record: object with UV channels, neutral, targets of all lists, groups,
+/// delta and colour delta. Settings and what a session makes are not in it.
 class LNodeRecord {
   public:
     /// Makes an object that belongs to the node, for a node that has none.

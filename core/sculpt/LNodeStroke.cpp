@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "core/sculpt/BrushMode.h"
@@ -29,6 +30,7 @@ bool LNode::InitTransform(const LPoint3& pos, const LPoint3& dir, const LPoint3&
     firststep_ = true;
     touched_ = 0;
     if (getAffectGeometry()) lcurMorph_->AllockBack();
+    if (LColorDelta* colours = StrokeColours()) colours->AllockBack();
     dragged_.clear();
     preparedMode_ = -1;
     Prepare(getTransformMode(true), true, force);
@@ -45,15 +47,23 @@ void LNode::Prepare(int mode, bool atPress, bool force) {
 
 StrokeStep LNode::MakeStep(int mode) {
     const bool useSelected = luseSelected_ && lobject_->HasVertsSelected();
+    LColorDelta* colours = StrokeColours();
+    // A setting may come on inside a stroke.
+    if (colours) colours->AllockBack();
+    const bool protect = getUseStencil() && lcolorDelta_ && !lcolorDelta_->IsZeroStencil();
     return {.node = *this,
             .mode = mode,
             .affectGeometry = getAffectGeometry(),
+            .affectColor = colours && getAffectVertexColor(),
+            .affectStencil = colours && getAffectStencil(),
+            .colours = colours,
+            .colorStrength = getVertColorStrength(true),
             .axis = SymmetryAxis(getSymetryMode()),
             .pushPullMode = getPushPullMode(),
             .pressure = getBrushPaintPressure(true),
             .pattern = GetActivePattern(),
             .mask = GetMask(),
-            .stencil = nullptr,
+            .stencil = protect ? lcolorDelta_->Stencils() : nullptr,
             .selected = useSelected ? lobject_->SelectedVerts().data() : nullptr,
             .base = BaseShape().GetAllVertsPtr(),
             .delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr(),
@@ -103,15 +113,17 @@ void LNode::FinishTransform(bool clearWeights) {
         ldisplayCache_->CachePushPullNormas();
         ldisplayCache_->ClearDirtyBoxes();
     }
+    const int painted = CacheColourUndo();
     if (!getAffectGeometry()) {
         lcurMorph_->FakeUndo();
+        touched_ = painted;
         return;
     }
     if (lmeshCache_) {
         updateSculptCache();
         SurfaceChanged(lcurMorph_->DirtyVerts());
     }
-    touched_ = lcurMorph_->CacheUndo(false);
+    touched_ = std::max(lcurMorph_->CacheUndo(false), painted);
 }
 
 /// Lets the tree follow these vertices of lmeshCache.
@@ -127,15 +139,24 @@ void LNode::SurfaceChanged(std::span<const int> verts) {
 
 bool LNode::UndoStroke() {
     if (!lcurMorph_ || lstroke_) return false;
-    std::vector<int> restored;
-    if (!lcurMorph_->Undo(&restored)) return false;
+    std::vector<int> restored, painted;
+    KeepUndosInStep();
+    const bool moved = lcurMorph_->Undo(&restored);
+    const bool recoloured = lcolorDelta_ && lcolorDelta_->Undo(&painted);
+    if (recoloured && ldisplayCache_) {
+        ldisplayCache_->Clear(false);
+        ldisplayCache_->SetChanged({}, painted);
+        if (ldisplayCache_->useColors()) ldisplayCache_->TakeColors(painted);
+        if (!lcolorDelta_->IsZeroStencil()) ldisplayCache_->TakeStencils(painted);
+    }
+    if (!moved) return recoloured;
     lcurMorph_->SetDetailsDirty(true);
     if (!lsculpt_) return true;
     const LPoint3 *base = BaseShape().GetAllVertsPtr(),
                   *delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr();
     LPoint3* verts = lmeshCache_->GetVertsPtr();
     for (const int v : restored) verts[v] = base[v] + delta[v];
-    ldisplayCache_->Clear(false);
+    if (!recoloured) ldisplayCache_->Clear(false);
     ldisplayCache_->SetVertsMoved(restored);
     ldisplayCache_->CalcChanged(true);
     ldisplayCache_->CachePushPullNormas();
@@ -149,6 +170,10 @@ float LNode::calcWeight(int, const LPoint3& p, const LPoint3& c) {
 
 float LNode::calcWeight2(int, const LPoint3& p, const LPoint3& c) {
     return BrushWeights(*this, BrushWeights::Set::kPaint, c, GetActivePattern())(p);
+}
+
+float LNode::calcWeight3(const LPoint3& p, const LPoint3& c) {
+    return calcWeight2(0, p, c);
 }
 
 float LNode::calcWeight2tex(const LPoint3& p, const LPoint3& c) {

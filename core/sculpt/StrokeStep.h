@@ -18,7 +18,11 @@ struct StrokeStep {
     LNode& node;
     /// The mode with the modifiers of the moment.
     int mode;
-    bool affectGeometry;
+    bool affectGeometry, affectColor, affectStencil;
+    /// What colours and stencils are written to; null where neither is affected.
+    LColorDelta* colours;
+    /// The strength of both, which modes scale.
+    float colorStrength;
     /// The mirrored axis, -1 for none.
     int axis;
     int pushPullMode;
@@ -57,7 +61,7 @@ struct StrokeStep {
     template <class Act>
     bool ForVerts(std::span<const int> verts, const Act& act) const {
         std::vector<theThData>& records = node.theThDts();
-        for (theThData& record : records) record.Begin(*node.GetDelta(), *node.lobject());
+        for (theThData& record : records) record.Begin(*node.GetDelta(), *node.lobject(), colours);
         node.lthGrp()->ForSlices(static_cast<int>(verts.size()), kGrain,
                                  [&](int first, int last, int worker) {
                                      for (int i = first; i < last; ++i)
@@ -77,6 +81,25 @@ struct StrokeStep {
             const float weight = swept ? hits.weights[i] : brush(positions[v]);
             if (weight > 0) act(v, Held(weight, v, positions[v]), record);
         });
+    }
+
+    /// As ForVerts over what the search found, for acts on colours and stencils, which the display
+    /// cache then shows. act(vertex, weight, record) gets a weight above 0 that is not held: that
+    /// of the swept search when `useSwept`, else brush(p), with p from `positions`.
+    template <class Act>
+    void ForPainted(const BrushWeights& brush, const LPoint3* positions, bool useSwept,
+                    const Act& act) const {
+        ForVerts(hits.verts, [&](int v, int i, theThData& record) {
+            if (Skips(v)) return;
+            const float weight = swept && useSwept ? hits.weights[i] : brush(positions[v]);
+            if (weight > 0) act(v, weight, record);
+        });
+        if (affectColor) node.ldisplayCache()->TakeColors(hits.verts);
+        if (affectStencil) node.ldisplayCache()->TakeStencils(hits.verts);
+    }
+    /// A weight times what the mask lets through.
+    float Masked(float weight, const LPoint3& p) const {
+        return mask ? weight * mask->GetWeight(&node, p) : weight;
     }
 
     /// The sum of value(vertex) over `verts`, the same with any number of workers.

@@ -5,7 +5,7 @@
 
 namespace VantrelSDK {
 
-void theThData::Begin(LMorphDelta& delta, LMeshObject& object) {
+void theThData::Begin(LMorphDelta& delta, LMeshObject& object, LColorDelta* colours) {
     morph_ = &delta;
     object_ = &object;
     delta_ = delta.GetMesh()->GetAllVertsPtr();
@@ -15,11 +15,20 @@ void theThData::Begin(LMorphDelta& delta, LMeshObject& object) {
     changed_ = false;
     kept_.clear();
     weighted_.clear();
+    colours_ = colours;
+    if (!colours) return;
+    paints_ = colours->Paints();
+    stencils_ = colours->Stencils();
+    colourBack_ = colours->Back();
+    colourMarks_ = colours->DirtyMarks();
+    painted_ = stencilled_ = false;
+    colourKept_.clear();
 }
 
 bool theThData::Join() {
     morph_->Join(kept_);
     object_->JoinWeighted(weighted_);
+    if (colours_) colours_->Join(colourKept_, painted_, stencilled_);
     return changed_;
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/math/LPoint3.h"
+#include "core/paint/LColorDelta.h"
 
 namespace VantrelSDK {
 
@@ -16,7 +17,8 @@ class LMorphDelta;
 /// had before the stroke and notes what is new; Join then brings the notes together on one thread.
 class theThData {
   public:
-    void Begin(LMorphDelta& delta, LMeshObject& object);
+    /// `colours` may be null; then colours and stencils may not be written.
+    void Begin(LMorphDelta& delta, LMeshObject& object, LColorDelta* colours);
 
     /// Adds d to a vertex's delta.
     void OffsetVert(int v, const LPoint3& d) {
@@ -29,13 +31,23 @@ class theThData {
         delta_[v] = d;
         changed_ = true;
     }
+    void SetPaint(int v, const LAColor& paint) {
+        KeepColour(v);
+        paints_[v] = paint;
+        painted_ = true;
+    }
+    void SetStencil(int v, float s) {
+        KeepColour(v);
+        stencils_[v] = s;
+        stencilled_ = true;
+    }
     float GetWeight(int v) const { return weights_[v]; }
     void SetWeight(int v, float w) {
         if (weights_[v] == 0 && w != 0) weighted_.push_back(v);
         weights_[v] = w;
     }
 
-    /// Hands the notes on; true when the worker changed a vertex.
+    /// Hands the notes on; true when the worker moved a vertex.
     bool Join();
 
   private:
@@ -47,6 +59,13 @@ class theThData {
         kept_.push_back(v);
     }
 
+    void KeepColour(int v) {
+        if (colourMarks_[v]) return;
+        colourMarks_[v] = 1;
+        colourBack_[v] = {paints_[v], stencils_[v]};
+        colourKept_.push_back(v);
+    }
+
     LMorphDelta* morph_ = nullptr;
     LMeshObject* object_ = nullptr;
     LPoint3 *delta_ = nullptr, *back_ = nullptr;
@@ -54,6 +73,13 @@ class theThData {
     float* weights_ = nullptr;
     bool changed_ = false;
     std::vector<int> kept_, weighted_;
+    LColorDelta* colours_ = nullptr;
+    LAColor* paints_ = nullptr;
+    float* stencils_ = nullptr;
+    LColorDelta::Kept* colourBack_ = nullptr;
+    uint8_t* colourMarks_ = nullptr;
+    bool painted_ = false, stencilled_ = false;
+    std::vector<int> colourKept_;
 };
 
 }  // namespace VantrelSDK

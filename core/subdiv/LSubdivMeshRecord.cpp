@@ -198,28 +198,12 @@ int LSubdivMesh::WriteTo(LBlindData* stream) const {
     return record.End();
 }
 
-/// The faces of all levels above the base, numbered through.
 void LSubdivMesh::WriteExtFaces(RecordWriter& record) const {
-    int level = 0, local = 0;
-    const LFace* faces = nullptr;
-    record.Values<LFace>(1399, subdivs_->GetNumExtFaces(), [&](size_t i) {
-        if (local == 0) faces = subdivs_->GetLayer(++level)->topology()->Faces().data();
-        LFace face = faces[local];
-        face.id = LMesh::GetNumFaces() + static_cast<int>(i);
-        if (++local == subdivs_->GetLayer(level)->GetNumFaces()) local = 0;
-        return face;
-    });
+    VantrelSDK::WriteExtFaces(record, 1399, *subdivs_);
 }
 
-/// The children of the faces of levels `from` to `to` - 1.
 void LSubdivMesh::WriteFaceSubs(RecordWriter& record, unsigned short tag, int from, int to) const {
-    size_t count = 0;
-    for (int level = from; level < to; ++level) count += GetNumLevelFaces(level);
-    int level = from, local = 0;
-    record.Values<LFaceSubs>(tag, count, [&](size_t) {
-        if (local == GetNumLevelFaces(level)) ++level, local = 0;
-        return subdivs_->GetLayer(level + 1)->GetFaceSubs(local++);
-    });
+    VantrelSDK::WriteFaceSubs(record, tag, *subdivs_, from, to);
 }
 
 int LSubdivMesh::ReadFrom(LBlindData* stream) {

@@ -154,4 +154,30 @@ int LevelsRecord::NumExtFaces() const {
     return sum;
 }
 
+void WriteExtFaces(RecordWriter& record, unsigned short tag, const LSubdivCollection& levels) {
+    int level = 0, local = 0;
+    const LFace* faces = nullptr;
+    record.Values<LFace>(tag, levels.GetNumExtFaces(), [&](size_t i) {
+        if (local == 0) faces = levels.GetLayer(++level)->topology()->Faces().data();
+        LFace face = faces[local];
+        face.id = levels.noFaces() + static_cast<int>(i);
+        if (++local == levels.GetLayer(level)->GetNumFaces()) local = 0;
+        return face;
+    });
+}
+
+void WriteFaceSubs(RecordWriter& record, unsigned short tag, const LSubdivCollection& levels,
+                   int from, int to) {
+    const auto facesOf = [&](int level) {
+        return level == 0 ? levels.noFaces() : levels.GetLayer(level)->GetNumFaces();
+    };
+    size_t count = 0;
+    for (int level = from; level < to; ++level) count += facesOf(level);
+    int level = from, local = 0;
+    record.Values<LFaceSubs>(tag, count, [&](size_t) {
+        if (local == facesOf(level)) ++level, local = 0;
+        return levels.GetLayer(level + 1)->GetFaceSubs(local++);
+    });
+}
+
 }  // namespace VantrelSDK

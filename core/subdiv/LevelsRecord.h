@@ -28,4 +28,10 @@ struct LevelsRecord {
     int NumFaces(int level) const { return level == 0 ? noFaces : levels[level - 1].numFaces; }
 };
 
+/// Writes the faces of all levels above the base, numbered through; their topologies are there.
+void WriteExtFaces(RecordWriter& record, unsigned short tag, const LSubdivCollection& levels);
+/// Writes the children of the faces of levels `from` to `to` - 1.
+void WriteFaceSubs(RecordWriter& record, unsigned short tag, const LSubdivCollection& levels,
+                   int from, int to);
+
 }  // namespace VantrelSDK

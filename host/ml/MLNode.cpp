@@ -232,6 +232,24 @@ float MLNode::getBrushPaintPressure(bool) const {
     return element.asFloat() * 1.0f * 0.1f;
 }
 
+float MLNode::getVertColorStrength(bool) const {
+    const MPlug all = plug(&NodeAttributes::m_moVertColorStrength);
+    const unsigned mode = static_cast<unsigned>(std::max(getTransformMode(false), 0));
+    if (all.numElements() == 0) return 0.1f;
+    return all.elementByLogicalIndex(mode).asFloat() * 0.1f;
+}
+
+LColor MLNode::getVertexPaintColor() const {
+    const MPlug color = plug(&NodeAttributes::m_moVertexPaintColor);
+    return {color.child(0).asFloat(), color.child(1).asFloat(), color.child(2).asFloat()};
+}
+
+void MLNode::setVertexPaintColor(LColor color) {
+    const MPlug held = plug(&NodeAttributes::m_moVertexPaintColor);
+    const float parts[] = {color.r, color.g, color.b};
+    for (unsigned c = 0; c < 3; ++c) held.child(c).setValue(parts[c]);
+}
+
 float MLNode::getToolSize() const {
     const MPlug all = plug(&NodeAttributes::m_moToolSize);
     const int mode = getTransformMode(false);

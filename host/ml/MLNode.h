@@ -139,6 +139,15 @@ class MLNode : public LNode {
     }
     int getPatternMode() const override { return Int(&NodeAttributes::m_moPatternMode); }
     bool getAffectGeometry() const override { return Bool(&NodeAttributes::m_moAffectGeometry); }
+    bool getAffectVertexColor() const override {
+        return Bool(&NodeAttributes::m_moAffectVertColor);
+    }
+    bool getAffectStencil() const override { return Bool(&NodeAttributes::m_moAffectStencil); }
+    float getVertColorStrength(bool tablet) const override;
+    LColor getVertexPaintColor() const override;
+    void setVertexPaintColor(LColor color) override;
+    bool getUseStencil() const override { return Bool(&NodeAttributes::m_moUseStencil); }
+    bool getDoInvertStencil() const override { return Bool(&NodeAttributes::m_moInvertStencil); }
     bool getUseRandomPatternRotation() const override {
         return Bool(&NodeAttributes::m_moRandPatternRotation);
     }

@@ -30,18 +30,31 @@ void PrepareBrush(StrokeStep& step, bool atPress, bool) {
     if (atPress) step.node.lobject()->ClearWeights();
 }
 
+/// Colours go back to those that came in, the stencil grows.
+void BlendColours(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
+    const LAColor* paints = step.colours->Paints();
+    const float* stencils = step.colours->Stencils();
+    step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
+        const float a = step.Masked(std::min(weight, 1.0f), positions[v]) * step.colorStrength;
+        if (!(a > 0)) return;
+        if (step.affectColor)
+            record.SetPaint(v, MixedPaint(paints[v], 0.4f * a, step.colours->IncomAt(v)));
+        if (step.affectStencil) record.SetStencil(v, MixedStencil(stencils[v], a));
+    });
+}
+
 bool BrushStep(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.centre = 1, .canSweep = false});
-    if (!step.affectGeometry) return false;
     const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const LPoint3* positions = node.ldisplayCache()->verts().data();
+    if (step.colours) BlendColours(step, brush, positions);
+    if (!step.affectGeometry) return false;
     const LPoint3* target = BlendShape(step);
-    return step.ForFound(brush, node.ldisplayCache()->verts().data(),
-                         [&](int v, float w, theThData& record) {
-                             const LPoint3 way = target[v] - step.Position(v);
-                             if (way.LenSq() >= 1e-7f)
-                                 record.OffsetVert(v, way * (w * step.pressure));
-                         });
+    return step.ForFound(brush, positions, [&](int v, float w, theThData& record) {
+        const LPoint3 way = target[v] - step.Position(v);
+        if (way.LenSq() >= 1e-7f) record.OffsetVert(v, way * (w * step.pressure));
+    });
 }
 
 }  // namespace

@@ -12,6 +12,28 @@ void Prepare(StrokeStep& step, bool atPress, bool) {
     if (step.affectGeometry) step.node.ldisplayCache()->CachePushPullNormas();
 }
 
+/// Lays a coat of the paint colour on what was found, or of the stencil; with sign -1 takes it off.
+template <int kSign>
+void PaintStep(StrokeStep& step) {
+    LNode& node = step.node;
+    const float strength = std::min(1.0f, 10 * step.colorStrength);
+    const LColor colour = node.GetVertexPaintColor();
+    const LAColor* paints = step.colours->Paints();
+    const float* stencils = step.colours->Stencils();
+    const bool onStencil = !step.affectColor;
+    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);
+    step.ForPainted(brush, step.start, true, [&](int v, float weight, theThData& record) {
+        const float a = std::min(step.Masked(weight, step.start[v]), 1.0f) * strength;
+        if (!(a > 0)) return;
+        if (onStencil)
+            record.SetStencil(
+                v, kSign > 0 ? MixedStencil(stencils[v], a) : FadedStencil(stencils[v], a));
+        else
+            record.SetPaint(
+                v, kSign > 0 ? MixedPaint(paints[v], a, colour) : FadedPaint(paints[v], a));
+    });
+}
+
 /// The one normal of a step in push-pull mode 2. A symmetric brush takes it from its direct side.
 LPoint3 CommonNormal(const StrokeStep& step) {
     LNode& node = step.node;
@@ -25,13 +47,18 @@ LPoint3 CommonNormal(const StrokeStep& step) {
     }));
 }
 
-/// Raises (sign 1) or lowers (sign -1). The weight that a vertex holds is the most that the stroke
+/// Raises (sign 1) or lowers (sign -1) the surface, or acts on its colours or its stencil instead
+/// when those are affected. The weight that a vertex holds is the most that the stroke
 /// has given it: without accumulation a brush that passes again adds nothing.
 template <int kSign>
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
     const bool accumulate = node.getDoAccumulate();
     SearchStep(step, {.accumulate = accumulate && !node.firststep()});
+    if (step.affectColor || step.affectStencil) {
+        PaintStep<kSign>(step);
+        return false;
+    }
     if (!step.affectGeometry) return false;
     const float strength = step.pressure * node.loctTree()->GetExtent().Len() * 0.5f * kSign;
     const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);

@@ -50,11 +50,36 @@ void Prepare(StrokeStep& step, bool atPress, bool) {
     }
 }
 
+/// Takes colours, or stencils, part of the way to their mean.
+void EvenOut(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
+    if (step.hits.verts.empty()) return;
+    const float count = static_cast<float>(step.hits.verts.size());
+    const float strength = std::min(1.0f, 10 * step.colorStrength);
+    const LAColor* paints = step.colours->Paints();
+    const float* stencils = step.colours->Stencils();
+    LColor mean(step.Sum(step.hits.verts, [&](int v) {
+        return LPoint3(paints[v].r, paints[v].g, paints[v].b);
+    }) / count);
+    mean.ClampMinMax();
+    const float meanStencil =
+        step.Sum(step.hits.verts, [&](int v) { return LPoint3(stencils[v], 0, 0); }).x / count;
+    step.ForPainted(brush, positions, true, [&](int v, float weight, theThData& record) {
+        const float t = std::min(step.Masked(weight, positions[v]), 1.0f) * strength;
+        if (!(t > 0)) return;
+        if (step.affectColor)
+            record.SetPaint(v, MovedPaint(paints[v], {mean.r, mean.g, mean.b, paints[v].a}, t));
+        if (step.affectStencil) record.SetStencil(v, MovedStencil(stencils[v], meanStencil, t));
+    });
+}
+
 /// Moves each vertex a part of its way to the plane, never across it. With accumulation the plane
 /// follows the stroke.
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.centre = 1, .accumulate = !node.firststep()});
+    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const LPoint3* positions = node.ldisplayCache()->verts().data();
+    if (step.colours) EvenOut(step, brush, positions);
     if (!step.affectGeometry) return false;
     Planes planes{{node.lflattenc(0), node.lflattenc(1)}, {node.lflattend(0), node.lflattend(1)}};
     if (node.getDoAccumulate()) {
@@ -62,8 +87,6 @@ bool Step(StrokeStep& step) {
             PlanesAt(step, node.ltrans(1), step.pushPullMode == 1 ? node.lnormal() : node.ldir());
         if (step.pushPullMode == 2) TakeMeanNormals(step, planes);
     }
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
-    const LPoint3* positions = node.ldisplayCache()->verts().data();
     return step.ForFound(brush, positions, [&](int v, float w, theThData& record) {
         if (!(w > 0)) return;
         const LPoint3& p = positions[v];

@@ -9,18 +9,52 @@ void Prepare(StrokeStep& step, bool atPress, bool) {
     if (atPress) step.node.lobject()->ClearWeights();
 }
 
+/// Takes colours, or stencils, away from a smoothed copy of them.
+void SharpenColours(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
+    LNode& node = step.node;
+    const int rounds = node.getNumBrushSharpenIterations();
+    const float strength = std::min(1.0f, step.colorStrength);
+    const LAColor* paints = step.colours->Paints();
+    const float* stencils = step.colours->Stencils();
+    const std::vector<int>&faces = step.hits.faces, &verts = step.hits.verts;
+    const LColor* smooth = nullptr;
+    const float* smoothStencils = nullptr;
+    if (step.affectColor) {
+        LColorSmoothCache& cache = node.lsmoothCache3();
+        for (const int v : verts) cache._read()[v] = {paints[v].r, paints[v].g, paints[v].b};
+        cache.Iterate(rounds, faces, verts, true);
+        smooth = cache.read();
+    }
+    if (step.affectStencil) {
+        LFloatSmoothCache& cache = node.lsmoothCacheF();
+        for (const int v : verts) cache._read()[v] = stencils[v];
+        cache.Iterate(rounds, faces, verts, true);
+        smoothStencils = cache.read();
+    }
+    step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
+        const float t = step.Masked(std::min(weight, 1.0f), positions[v]) * strength;
+        if (smooth) {
+            const LAColor even(smooth[v].r, smooth[v].g, smooth[v].b, paints[v].a);
+            record.SetPaint(v, MovedPaint(paints[v], even, -t));
+        }
+        if (smoothStencils && stencils[v] > 0)
+            record.SetStencil(v, MovedStencil(stencils[v], smoothStencils[v], -t));
+    });
+}
+
 /// Moves vertices away from a smoothed copy of what lies under the brush.
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.reach = 1.1f, .centre = 1, .canSweep = false});
+    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const LPoint3* positions = node.ldisplayCache()->verts().data();
+    if (step.colours) SharpenColours(step, brush, positions);
     if (!step.affectGeometry) return false;
     LSmoothCache& cache = node.lsmoothCache();
     for (const int v : step.hits.verts) cache._read()[v] = step.Position(v);
     cache.Iterate(node.getNumBrushSharpenIterations(), step.hits.faces, step.hits.verts, true);
     const LPoint3* smooth = cache.read();
     const float strength = node.lradius() * step.pressure;
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
-    const LPoint3* positions = node.ldisplayCache()->verts().data();
     return step.ForFound(brush, positions, [&](int v, float w, theThData& record) {
         if (w > 0) record.OffsetVert(v, (positions[v] - smooth[v]) * (0.4f * (strength * w)));
     });

@@ -88,6 +88,13 @@ inline void FillNode(LHeadlessNode& node, unsigned seed) {
     LSubdivMesh& delta = *node.GetDelta()->GetOrigMesh();
     for (LPoint3& p : std::span(delta.GetAllVertsPtr(), AllVerts(delta).size()))
         p = {static_cast<float>(random() % 7), 0, -0.5f};
+    LColorDelta& colours = *node.lcolorDelta();
+    for (int v = 0; v < colours.GetNumVerts(-2); v += 1 + static_cast<int>(random() % 3)) {
+        const float a = static_cast<float>(random() % 9) / 8;
+        colours.SetDeltaByAbsIdx(v, LAColor(a, a / 2, 0, a));
+        colours.SetLevelStencil(v, -2, 1 - a);
+        colours.SetLevelColor(v, -2, LColor(a, 1, 0.25f));
+    }
     const int level0nv = node.GetLevel0Size();
     Fill(*node.GetMorph(3), node, seed);
     Fill(*node.AddMorph(), node, seed + 1);

@@ -50,9 +50,22 @@ void ExpectSameTarget(const LMorphTarget& a, const LMorphTarget& b) {
         EXPECT_EQ(a.GetJoint(i)->nodename, b.GetJoint(i)->nodename);
 }
 
+void ExpectSameColours(const LColorDelta& a, const LColorDelta& b) {
+    ASSERT_EQ(a.GetNumSubdivLevels(), b.GetNumSubdivLevels());
+    EXPECT_EQ(a.GetActiveLevel(), b.GetActiveLevel());
+    EXPECT_EQ(a.IsZero(), b.IsZero());
+    EXPECT_EQ(a.IsZeroStencil(), b.IsZeroStencil());
+    for (int v = 0; v < a.GetNumVerts(-2); ++v) {
+        ASSERT_EQ(a.Paints()[v], b.Paints()[v]);
+        ASSERT_EQ(a.Stencils()[v], b.Stencils()[v]);
+        ASSERT_EQ(a.IncomAt(v), b.IncomAt(v));
+    }
+}
+
 void ExpectSameNode(const LHeadlessNode& a, const LHeadlessNode& b) {
     ExpectSameMesh(*a.lobject()->GetOrigGeom(), *b.lobject()->GetOrigGeom());
     ExpectSameMesh(*a.GetDelta()->GetOrigMesh(), *b.GetDelta()->GetOrigMesh());
+    ExpectSameColours(*a.lcolorDelta(), *b.lcolorDelta());
     const LUVSubdivChannel *ofA = a.lobject()->GetUVChannel(0), *ofB = b.lobject()->GetUVChannel(0);
     ASSERT_EQ(ofA == nullptr, ofB == nullptr);
     for (int level = 0; ofA && level < ofA->GetNumSubdivLevels(); ++level)
@@ -175,13 +188,59 @@ TEST(NodeRecord, AnyPrefixAndAnyChangedByteIsReadOrRefused) {
     ExpectSameNode(*node, *other);
 }
 
+TEST(NodeRecord, ColoursThatAreLeftOutOrNoneOfTheirRange) {
+    const auto node = NodeOf(shapes::Cube(), "q");
+    LColorDelta& colours = *node->lcolorDelta();
+    const int base = colours.GetNumVerts(0), all = colours.GetNumVerts(-2);
+    const auto read = [&](const auto& write) {
+        return ReadBlock(BlockOf([&](LBlindData* stream) {
+                             RecordWriter record(stream, 1312);
+                             write(record);
+                             return record.End();
+                         }),
+                         [&](LBlindData* stream) { return colours.ReadFrom(stream); });
+    };
+    const auto counts = [&](RecordWriter& record, int verts) {
+        record.Field(1313, true)
+            .Field(1314, static_cast<unsigned>(verts))
+            .Field(1321, static_cast<unsigned>(colours.GetNumFaces(0)))
+            .Record(1324, colours.GetSubdivs());
+    };
+    // Arrays may be missing: then there is nothing.
+    colours.MixColor(3, 1, LColor::cWhite);
+    EXPECT_EQ(read([&](RecordWriter& record) { counts(record, base); }), 0);
+    EXPECT_TRUE(colours.IsZero() && colours.IsZeroStencil());
+    EXPECT_EQ(colours.GetAlpha(3), 0);
+    // Numbers from anywhere are held to their range.
+    std::vector<float> stencils(base, NAN), alphas(all - base, 7);
+    stencils[1] = 0.5f;
+    EXPECT_EQ(read([&](RecordWriter& record) {
+                  counts(record, base);
+                  record.Array(1329, stencils).Array(1319, alphas);
+              }),
+              0);
+    EXPECT_EQ(colours.GetStencil(0), 0);
+    EXPECT_EQ(colours.GetStencil(1), 0.5f);
+    EXPECT_EQ(colours.GetAlpha(base), 1);
+    EXPECT_FALSE(colours.IsZero());
+    // Another mesh's, and arrays of another length.
+    EXPECT_NE(read([&](RecordWriter& record) { counts(record, base + 1); }), 0);
+    stencils.pop_back();
+    EXPECT_NE(read([&](RecordWriter& record) {
+                  counts(record, base);
+                  record.Array(1329, stencils);
+              }),
+              0);
+    EXPECT_EQ(colours.GetStencil(1), 0.5f) << "a failed reading leaves the layer as it was";
+}
+
 TEST(NodeRecord, SaysWhichStepFailed) {
     const auto node = NodeOf(shapes::Cube(), "");
     LNodeRecord record(*node, {});
     const std::pair<const char*, const char*> bad[] = {
         {"007<!\x01\x01x*>", "MLNode: can not open chunk\n"},
         {"007<!\x01\x01!\x02\x01!**>", "MLNode: can not read chunk data\n"},
-        {"007<!\x01\x01!\x0c\x01!aa***>", "MLNode: can not finish to read chunk\n"},
+        {"007<!\x01\x01!\x0f\x01!aa***>", "MLNode: can not finish to read chunk\n"},
     };
     for (const auto& [bytes, message] : bad) {
         EXPECT_NE(ReadBlock(bytes, [&](LBlindData* s) { return record.ReadFrom(s); }), 0);

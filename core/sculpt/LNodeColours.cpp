@@ -1,0 +1,53 @@
+#include "core/sculpt/LNode.h"
+
+namespace VantrelSDK {
+
+bool LNode::CreateColorDelta() {
+    if (!lobject_ || lobject_->IsEmpty()) return false;
+    lcolorDelta_ = std::make_unique<LColorDelta>(this, *lobject_->GetOrigGeom());
+    return true;
+}
+
+void LNode::ClearVertColor() {
+    if (!lcolorDelta_ || lstroke_) return;
+    lcolorDelta_->ClearDelta();
+    if (ldisplayCache_) ldisplayCache_->ClearColor();
+}
+
+void LNode::FloodVertColor() {
+    if (!lcolorDelta_ || lstroke_) return;
+    const LColor color = GetVertexPaintColor();
+    lcolorDelta_->FillDelta(color);
+    if (!ldisplayCache_) return;
+    if (!ldisplayCache_->useColors()) ldisplayCache_->SetUseColor(true);
+    ldisplayCache_->FillColor(color);
+}
+
+/// The colour delta's record of a stroke, before the delta gets its own. Returns how many vertices
+/// the stroke painted.
+int LNode::CacheColourUndo() {
+    if (!lcolorDelta_) return 0;
+    KeepUndosInStep();
+    if (AffectsColours() || !lcolorDelta_->DirtyVerts().empty())
+        return lcolorDelta_->CacheUndo(false);
+    lcolorDelta_->FakeUndo();
+    return 0;
+}
+
+/// What forgets the strokes of the delta alone, such as a frame that replaces it, forgets those of
+/// the colours too.
+void LNode::KeepUndosInStep() {
+    if (lcolorDelta_ && lcurMorph_->GetNumUndos() == 0) lcolorDelta_->FlushUndo();
+}
+
+bool LNode::AffectsColours() const {
+    return getAffectVertexColor() || getAffectStencil();
+}
+
+/// The colour delta when a stroke affects it.
+LColorDelta* LNode::StrokeColours() const {
+    const bool fits = lcolorDelta_ && lcolorDelta_->GetNumVerts(-1) == lobject_->GetNumVerts();
+    return fits && AffectsColours() ? lcolorDelta_.get() : nullptr;
+}
+
+}  // namespace VantrelSDK
