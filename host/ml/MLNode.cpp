@@ -13,6 +13,7 @@
 #include <set>
 
 #include "core/sculpt/LNodeRecord.h"
+#include "host/ml/MLColorDelta.h"
 #include "host/ml/MLFalloffCache.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
@@ -80,8 +81,19 @@ bool MLNode::Init(const MObject& mesh, bool restored) {
         if (LNode::Init(std::make_unique<MLMeshObject>(this, mesh)) != 0 || !CreateDelta())
             return false;
     }
+    if (colorDelta()) colorDelta()->readInput(mesh);
     UpdateFalloffs();
     return true;
+}
+
+bool MLNode::CreateColorDelta() {
+    if (!lobject() || lobject()->IsEmpty()) return false;
+    _lcolorDelta() = std::make_unique<MLColorDelta>(this, *lobject()->GetOrigGeom());
+    return true;
+}
+
+MLColorDelta* MLNode::colorDelta() const {
+    return static_cast<MLColorDelta*>(lcolorDelta());
 }
 
 void MLNode::RaiseLevels() {

@@ -16,6 +16,7 @@ class MPxNode;
 namespace VantrelSDK {
 
 class LBlindData;
+class MLColorDelta;
 class MLMeshObject;
 
 /// What the pointer's tool knows of a stroke beyond the plugs, in world space.
@@ -59,6 +60,8 @@ class MLNode : public LNode {
     /// has another number of vertices than the state.
     bool Init(const MObject& mesh, bool restored);
     using LNode::Init;
+    bool CreateColorDelta() override;
+    MLColorDelta* colorDelta() const;
     /// Gives the geometry all the levels that the delta has: a frame may leave it with fewer, as
     /// the next one will again.
     void RaiseLevels();

@@ -21,7 +21,7 @@ const std::map<int, NodeCommands::Command>& AllCommands() {
         std::map<int, NodeCommands::Command> made;
         for (const auto rows :
              {NodeCommands::SessionRows(), NodeCommands::TargetRows(), NodeCommands::StateRows(),
-              NodeCommands::LevelRows(), NodeCommands::NeutralRows()})
+              NodeCommands::LevelRows(), NodeCommands::NeutralRows(), NodeCommands::PaintRows()})
             for (const NodeCommands::Row& row : rows) made.emplace(row.number, row.command);
         return made;
     }();

@@ -8,6 +8,7 @@
 
 namespace VantrelSDK {
 
+class LColorDelta;
 class LMorphTarget;
 class MLNode;
 
@@ -33,6 +34,7 @@ class NodeCommands {
     static std::span<const Row> StateRows();
     static std::span<const Row> LevelRows();
     static std::span<const Row> NeutralRows();
+    static std::span<const Row> PaintRows();
 
   private:
     // Parameters.
@@ -117,6 +119,15 @@ class NodeCommands {
     void SetUVSet();
     void SetSmoothing();
     void UpdateUVSets();
+
+    // Vertex colours and stencils.
+    LColorDelta* Paint();
+    void ClearPaint();
+    void InvertPaint();
+    void FillPaint();
+    void ColorToStencil();
+    void StencilToColor();
+    void PaintChanged();
 
     // The neutral.
     void SetNeutralize();

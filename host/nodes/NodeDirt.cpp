@@ -1,4 +1,5 @@
 #include <maya/MFnMatrixData.h>
+#include <maya/MFnMesh.h>
 #include <maya/MFnPluginData.h>
 #include <maya/MGlobal.h>
 
@@ -7,7 +8,9 @@
 #include <string>
 
 #include "host/ml/Diagnostics.h"
+#include "host/ml/InterfaceProcedures.h"
 #include "host/ml/MLNode.h"
+#include "host/nodes/Finders.h"
 #include "host/nodes/NodeCallbacks.h"
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/NodeEvaluation.h"
@@ -68,6 +71,7 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
     } else if (kShown.contains(name)) {
         node_.displyDirtied = true;
         if (name == "pouc") node_.inputChanged = true;
+        if (name == "affc") ShowColors();
     }
 }
 
@@ -155,9 +159,24 @@ void NodeEvaluation::ConnectionBroken(const MPlug& plug, const MPlug& other, boo
             Log("!!! exception in FinishTransform !!!");
         }
         PassSurface();
+        UseStencil();
     } else if (name == "it") {
         MGlobal::executeCommand("setToolTo selectSuperContext");
     }
+}
+
+/// The mesh shows vertex colours while they are painted.
+void NodeEvaluation::ShowColors() {
+    const MObject shape = FindOutputShape(node_.getThisMObject());
+    if (!shape.isNull()) MFnMesh(shape).setDisplayColors(node_.getAffectVertexColor());
+}
+
+/// What was painted as a stencil protects the surface from then on.
+void NodeEvaluation::UseStencil() {
+    if (!node_.lcolorDelta() || node_.lcolorDelta()->IsZeroStencil() || node_.getUseStencil())
+        return;
+    node_.plug(&N::m_moUseStencil).setValue(true);
+    RunIfKnown("kelmoUpdateUseStencilBoxes");
 }
 
 /// What shows the node learns that its surface is another.

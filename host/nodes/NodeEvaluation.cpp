@@ -7,6 +7,7 @@
 
 #include "core/morph/LMeshBases.h"
 #include "host/ml/Diagnostics.h"
+#include "host/ml/MLColorDelta.h"
 #include "host/ml/MLGeomDelta.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLNode.h"
@@ -136,7 +137,9 @@ MStatus NodeEvaluation::Export(const MObject& input, int level, MDataHandle& to)
     level = level < 0 ? top : std::min(level, top);
     MObject mesh;
     Log("gonna copy or export data\n");
-    if (level == 0 && !node_.IsNeutralizing()) {
+    MLColorDelta* colors = node_.colorDelta();
+    const bool painted = colors && !colors->IsZero();
+    if (level == 0 && !node_.IsNeutralizing() && !painted) {
         mesh = CopyMesh(input);
         Log("copy done\n");
     } else {
@@ -150,6 +153,11 @@ MStatus NodeEvaluation::Export(const MObject& input, int level, MDataHandle& to)
     Log("gonna deform\n");
     if (!Deform5(*node_.GetDelta(), mesh, bases, level)) return MS::kFailure;
     Log("verts updated\n");
+    if (painted) {
+        Log("gonna update vert colors\n");
+        colors->ModifyMesh(input, mesh, level, false);
+        Log("vert colors updated\n");
+    }
     return to.set(mesh);
 }
 

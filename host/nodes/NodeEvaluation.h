@@ -43,6 +43,8 @@ class NodeEvaluation {
     void TimeChanged();
     void AppendOutputs(MPlugArray& affected) const;
     void PassSurface();
+    void ShowColors();
+    void UseStencil();
 
     MLNode& node_;
 };

@@ -188,6 +188,88 @@ TEST_F(NodeTest, ASelectionKeepsTheBrushesIn) {
     EXPECT_EQ(moved("cube.f[0]", "cube.vtx[0:3]"), all);
 }
 
+/// Paint goes out in a colour set of its own, on every level, over the colours that come in; the
+/// commands do what they say to what brushes would paint on.
+TEST_F(NodeTest, PaintGoesOutWithTheMesh) {
+    MakeNode(kHead);
+    Output();
+    told.text.clear();
+    const auto colors = [&] {
+        const MObject mesh = Plug("k", "outputGeom").asMObject();
+        const MFnMesh fn(mesh);
+        MColorArray all;
+        EXPECT_TRUE(fn.getVertexColors(all));
+        EXPECT_EQ(all.length(), unsigned(fn.numVertices()));
+        EXPECT_EQ(fn.currentColorSetName(), MString("Kelmo"));
+        std::set<std::vector<float>> shown;
+        for (unsigned v = 0; v < all.length(); ++v)
+            shown.insert({all[v].r, all[v].g, all[v].b, all[v].a});
+        return shown;
+    };
+    using Shown = std::set<std::vector<float>>;
+    const auto sets = [&] { return MFnMesh(Plug("k", "outputGeom").asMObject()).numColorSets(); };
+    const std::vector<float> before = Output();
+    Must(
+        "setAttr k.affectGeometry 0; setAttr k.affectVertColor 1;"
+        "setAttr k.vertexPaintColor 1 0.5 0.25; setAttr k.vertColorStrength[8] 10");
+    EXPECT_EQ(sets(), 0) << "nothing is painted yet";
+    Do(108);
+    EXPECT_EQ(colors(), (Shown{{1, 0.5f, 0.25f, 1}}));
+    EXPECT_EQ(Output(), before);
+    Do(107);
+    EXPECT_EQ(colors(), (Shown{{0, 0.5f, 0.75f, 1}}));
+    Do(106);
+    EXPECT_EQ(sets(), 0);
+    Do(97);
+    Do(0);
+    Sculpt(SomeStrokes()[0]);
+    Do(1);
+    for (const int level : {0, 1}) {
+        Must("setAttr k.numRenderSubdivLvls " + std::to_string(level));
+        const Shown shown = colors();
+        EXPECT_TRUE(shown.contains({0.75f, 0.65f, 0.64f, 1})) << "what was not painted";
+        EXPECT_GT(shown.size(), 20u);
+        EXPECT_GT(shown.rbegin()->front(), 0.999f) << "what was painted wholly";
+    }
+    // A stencil is no colour, and becomes one.
+    Must("setAttr k.affectVertColor 0; setAttr k.affectStencil 1; setAttr k.useStencil 0");
+    Do(106);
+    Do(110);
+    EXPECT_EQ(colors(), (Shown{{0.75f, 0.65f, 0.64f, 1}}));
+    Do(108);
+    Do(107);
+    Do(110);
+    const float s = 1 - (1 + 0.5f + 0.25f) / 3;
+    for (const auto& c : colors()) EXPECT_NEAR(c[0], 0.75f * (1 - s) + s, 1e-6);
+    Do(0);
+    Sculpt(SomeStrokes()[1]);
+    EXPECT_EQ(Run("getAttr k.useStencil"), "1") << "what is painted protects";
+    EXPECT_EQ(told.text.find("Error"), told.text.npos) << told.text;
+}
+
+/// Colours of the mesh that comes in show where nothing is painted, also when they change.
+TEST_F(NodeTest, PaintLiesOverTheColoursThatComeIn) {
+    MakeNode(kHead);
+    const MObject mesh = host.scene.Find("k") ? Plug("k", "inputGeom").source().node() : MObject();
+    MFnMesh source(mesh);
+    const auto first = [&] {
+        MColorArray all;
+        MFnMesh(Plug("k", "outputGeom").asMObject()).getVertexColors(all);
+        return all.length() > 0 ? all[0].g : -1;
+    };
+    Must("setAttr k.affectVertColor 1; setAttr k.vertexPaintColor 1 1 1");
+    for (const float green : {0.25f, 0.5f}) {
+        MColorArray colors(1);
+        colors[0] = MColor(1, green, 0, 1);
+        MIntArray vertex(1);
+        ASSERT_TRUE(source.setVertexColors(colors, vertex));
+        Do(108);
+        EXPECT_EQ(first(), 1);
+        Do(106);
+        EXPECT_EQ(first(), green);
+    }
+}
+
 TEST_F(NodeTest, TheFalloffCurveIsTheOneOfItsPoints) {
     const std::vector<Stroke> strokes{SomeStrokes()[1]};
     MakeNode(kHead);
