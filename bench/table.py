@@ -138,6 +138,36 @@ def workers(runs):
     )
 
 
+def colours(runs):
+    groups = {}
+    for mode, affect, triangles, verts in runs.arguments("BM_ColourStroke"):
+        groups.setdefault((mode, affect, verts), []).append((mode, affect, triangles, verts))
+    rows = []
+    for group in groups.values():
+        cells = [[runs.median("BM_ColourStroke", a, f"{part}_us") for a in group]
+                 for part in ("press", "step", "release", "undo")]
+        growth = max(cells[1]) / min(cells[1])
+        cells = [" / ".join(number(time) for time in times) for times in cells]
+        rows.append([runs.label("BM_ColourStroke", group[0]), *cells[:2], f"{growth:.2f}", *cells[2:]])
+    if rows:
+        yield section(
+            "Strokes on colours and stencils, 2,000 vertices under the brush",
+            "BM_ColourStroke",
+            "One worker, warm. Microseconds on 60 k / 600 k triangles; × is the ratio between the sizes.\n",
+            table(["brush and what it acts on", "press", "step", "×", "release", "undo"], rows),
+        )
+    rows = [
+        [size(a[0] * 4), number(runs.median("BM_ColoursComeUp", a, "cpu_time"))]
+        for a in runs.arguments("BM_ColoursComeUp")
+    ]
+    if rows:
+        yield section(
+            "Colours painted on level 0 come up to level 2, one worker",
+            "BM_ColoursComeUp",
+            table(["triangles of level 1", "ms"], rows),
+        )
+
+
 def tree(runs):
     rows = []
     for title, name, other in [
@@ -454,7 +484,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, tree, obj, opening, levels, targets, records, host_frames, graph, scenes, scripts]
+        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes the stroke logs beside it: modes/*.jsonl, one for each brush mode, face.jsonl, and details.jsonl.
+"""Makes the stroke logs beside it: modes/*.jsonl, one for each brush mode, face.jsonl, details.jsonl, paint.jsonl.
 
 A pen walks over head.obj. Strokes are told by landmarks of the head; the pen finds the surface there,
 its normal and its place on the screen. It keeps its own rough idea of how the strokes change the
@@ -636,6 +636,39 @@ def details(pen):
     pen.drag(MOVE, (4.2, -1.6, 6.2), (2.2, -0.4, 0.2), 5.5)
     pen.drag(MOVE, NOSE_TIP, (0, 0.5, 1.6), 3.2)
     pen.op("level", value=3)
+
+
+@example("paint", levels=1, kind="quad")
+def paint(pen):
+    """Warm skin with blush, lips and brows, smoothed; then a brow raised beside a stencil on the eyeballs."""
+    pen.set("affectGeometry", False)
+    pen.set("affectVertColor", True)
+
+    def coat(color, strength, stops, radius, shape=steady):
+        pen.set("vertexPaintColor", color)
+        pen.set("vertColorStrength", strength, index=BRUSH_PULL)
+        pen.brush(BRUSH_PULL, stops, radius, 1, shape, 0.3)
+
+    # A wash over the whole face, then blush: wide and thin.
+    for y in (-8, -5, -2, 1, 4, 7, 10):
+        coat((0.86, 0.6, 0.48), 0.5, [(0, y, 9), (3, y, 8), (6, y, 4), (7.5, y, -2)], 3.5)
+    coat((0.82, 0.3, 0.25), 0.12, [CHEEK, (3.6, -0.2, 6.9), CHEEKBONE], 2.6)
+    coat((0.82, 0.3, 0.25), 0.1, [(0, -0.4, 9.8), NOSE_TIP], 1.6)
+    # Lips from the middle to the corner, brows from the nose outwards.
+    coat((0.62, 0.1, 0.12), 0.8, [LOWER_LIP, (1.1, -3.7, 8.7), MOUTH_CORNER], 0.75, lambda t: taper(t, 0.02, 0.6))
+    coat((0.62, 0.1, 0.12), 0.8, [(0, -2.75, 9.2), (0.9, -2.7, 8.9), MOUTH_CORNER], 0.6, lambda t: taper(t, 0.02, 0.6))
+    coat((0.16, 0.08, 0.05), 0.9, [(1.2, 3.8, 8.4), BROW, (4.8, 4.2, 6.6)], 0.65, lambda t: taper(t, 0.2, 0.7))
+    pen.set("vertColorStrength", 3, index=SMOOTH_BRUSH)
+    pen.brush(SMOOTH_BRUSH, [(3, -2, 7.5), CHEEK, CHEEKBONE], 2, 1, steady)
+    # A stencil holds what is painted on it.
+    pen.set("affectVertColor", False)
+    pen.set("affectStencil", True)
+    pen.set("vertColorStrength", 4, index=BRUSH_PULL)
+    pen.brush(BRUSH_PULL, [(1.6, 2.2, 7), (2.8, 2.2, 7.3), (4, 2.2, 6.8)], 1.1, 1, steady, 0.3)
+    pen.set("affectStencil", False)
+    pen.set("affectGeometry", True)
+    pen.set("useStencil", True)
+    pen.raised([(1, 3.8, 8.6), BROW, (5, 3.6, 6.4)], 1.9, 0.7)
 
 
 @example("face", levels=2)

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Draws an OBJ mesh into a picture, off-screen and without a graphics card.
 
-The mesh is smooth-shaded like clay: a key light from the upper left, a cool fill from the right,
+The mesh is smooth-shaded like clay, or in its colours when every vertex has one: a key light from the upper left, a cool fill from the right,
 a rim light from behind, darker in hollows. +Y is up and a face looks along +Z. Polygons of any
 arity are drawn as fans from their first corner.
 """
@@ -53,10 +53,14 @@ class PictureError(Exception):
 
 
 class Mesh:
-    """Positions (n, 3) and polygons as a flat corner array with one offset per polygon and the end."""
+    """Positions (n, 3) and polygons as a flat corner array with one offset per polygon and the end.
 
-    def __init__(self, points, corners, offsets):
+    `colours` are (n, 3), 0 to 1, or None.
+    """
+
+    def __init__(self, points, corners, offsets, colours=None):
         self.points = points
+        self.colours = colours
         self.corners = corners
         self.offsets = offsets
 
@@ -81,7 +85,7 @@ class Mesh:
 
 def read_obj(path):
     """The positions and polygons of an OBJ file; everything else in it is passed over."""
-    points, corners, offsets = [], [], [0]
+    points, colours, corners, offsets = [], [], [], [0]
     try:
         with open(path, encoding="utf-8", errors="replace") as lines:
             for number, line in enumerate(lines, 1):
@@ -90,6 +94,8 @@ def read_obj(path):
                     continue
                 if words[0] == "v":
                     points.append(position(words, path, number))
+                    if len(words) >= 7:
+                        colours.append(vertex_colour(words, path, number))
                 elif words[0] == "f":
                     corners.extend(polygon_corners(words, len(points), path, number))
                     offsets.append(len(corners))
@@ -97,7 +103,8 @@ def read_obj(path):
         raise PictureError(f"{path}: {error.strerror}") from error
     if len(offsets) == 1:
         raise PictureError(f"{path}: no polygon ('f' line) in it; is it an OBJ file?")
-    return Mesh(np.array(points, float), np.array(corners, np.int64), np.array(offsets, np.int64))
+    held = np.clip(np.array(colours, float), 0, 1) if len(colours) == len(points) else None
+    return Mesh(np.array(points, float), np.array(corners, np.int64), np.array(offsets, np.int64), held)
 
 
 def position(words, path, number):
@@ -108,6 +115,16 @@ def position(words, path, number):
     if len(point) != 3 or not all(abs(value) <= FARTHEST for value in point):
         raise PictureError(f"{path}:{number}: expected three numbers within {FARTHEST:g} after 'v'")
     return point
+
+
+def vertex_colour(words, path, number):
+    try:
+        colour = [float(word) for word in words[-3:]]
+    except ValueError:
+        colour = []
+    if not colour or not all(math.isfinite(part) for part in colour):
+        raise PictureError(f"{path}:{number}: expected three numbers as the colour of the vertex")
+    return colour
 
 
 def polygon_corners(words, point_count, path, number):
@@ -229,7 +246,7 @@ class ZBuffer:
         self.weights[pixel] = np.stack([v[order], w[order]], axis=1)
 
 
-def clay(normals):
+def clay(normals, albedo):
     """Colours, linear light, of a clay surface with these unit normals in camera space."""
     facing = np.where(normals[:, 2:3] < 0, -normals, normals)
     sky = 0.5 + 0.5 * facing[:, 1:2]
@@ -244,7 +261,7 @@ def clay(normals):
     toward = np.array(direction) / np.linalg.norm(direction)
     grazing = (1 - np.clip(facing[:, 2:3], 0, 1)) ** 2.5
     light = light + grazing * np.clip(facing @ toward + 0.6, 0, 1)[:, None] * np.array(colour)
-    return CLAY**2.2 * light * 1.45 + 0.035 * gloss
+    return albedo**2.2 * light * 1.45 + 0.035 * gloss
 
 
 def hollowness(depth, pixel_size):
@@ -315,14 +332,19 @@ def render(mesh, camera, edges):
 
     drawn = np.flatnonzero(buffer.triangle >= 0)
     normals = vertex_normals(mesh.points, triangles) @ camera.axes.T
-    a, b, c = (normals[triangles[buffer.triangle[drawn], k]] for k in range(3))
     v, w = buffer.weights[drawn].T
-    normal = a * (1 - v - w)[:, None] + b * v[:, None] + c * w[:, None]
+
+    def between(values):
+        a, b, c = (values[triangles[buffer.triangle[drawn], k]] for k in range(3))
+        return a * (1 - v - w)[:, None] + b * v[:, None] + c * w[:, None]
+
+    normal = between(normals)
     normal /= np.maximum(np.linalg.norm(normal, axis=1, keepdims=True), 1e-30)
     depth = np.full(width * height, np.nan)
     depth[drawn] = 1 / buffer.nearness[drawn]
     hollow = hollowness(depth.reshape(height, width), camera.distance / camera.focal)
-    colour = clay(normal) * (1 - 0.7 * hollow.reshape(-1)[drawn])[:, None]
+    albedo = CLAY if mesh.colours is None else between(mesh.colours)
+    colour = clay(normal, albedo) * (1 - 0.7 * hollow.reshape(-1)[drawn])[:, None]
     if edges:
         cover = 0.75 * edge_strength(buffer, drawn, corners, flags, SUPERSAMPLE * 0.45)[:, None]
         colour = colour * (1 - cover) + EDGE_COLOUR**2.2 * cover

@@ -41,7 +41,8 @@ int Main(int argc, const char* const* argv) {
     InfoOptions info;
     CLI::App* infoCommand =
         app.add_subcommand("info", "Tell what is in a mesh or in a saved node.");
-    infoCommand->add_option("FILE", info.file, "an OBJ file, or the state of a node")->required();
+    infoCommand->add_option("FILE", info.file, "an OBJ or PLY file, or the state of a node")
+        ->required();
     infoCommand->add_flag("--json", info.json, "print JSON");
     infoCommand->footer(
         "Prints vertices, polygons by their number of corners, triangles, UV sets, bounds, open "
@@ -53,8 +54,8 @@ int Main(int argc, const char* const* argv) {
         app.add_subcommand("replay", "Play a stroke log on a mesh and write the sculpted mesh.");
     replayCommand->add_option("LOG", replay.log, "a stroke log (JSON Lines, see docs/formats.md)")
         ->required();
-    replayCommand->add_option("--mesh", replay.mesh, "the OBJ file to sculpt")->required();
-    replayCommand->add_option("--out", replay.out, "the OBJ file to write")->required();
+    replayCommand->add_option("--mesh", replay.mesh, "the OBJ or PLY file to sculpt")->required();
+    replayCommand->add_option("--out", replay.out, "the OBJ or PLY file to write")->required();
     replayCommand
         ->add_option("--level", replay.level,
                      "the subdivision level to write (default: the one active at the end)")
@@ -77,12 +78,13 @@ int Main(int argc, const char* const* argv) {
     ShapesOptions shapes;
     CLI::App* shapesCommand =
         app.add_subcommand("shapes", "Sum expression meshes over a neutral one.");
-    shapesCommand->add_option("NEUTRAL", shapes.neutral, "the OBJ file of the neutral")->required();
+    shapesCommand->add_option("NEUTRAL", shapes.neutral, "the OBJ or PLY file of the neutral")
+        ->required();
     shapesCommand
         ->add_option("SHAPE", shapes.shapes,
-                     "OBJ files with the vertices of the neutral, in the same order")
+                     "OBJ or PLY files with the vertices of the neutral, in the same order")
         ->required();
-    shapesCommand->add_option("--out", shapes.out, "the OBJ file to write")->required();
+    shapesCommand->add_option("--out", shapes.out, "the OBJ or PLY file to write")->required();
     shapesCommand
         ->add_option("--weights", shapes.weights,
                      "one number a shape, with commas between (default: all 1)")
@@ -94,9 +96,10 @@ int Main(int argc, const char* const* argv) {
                      "what the shapes are held in: object, or tangent, the frames of the surface")
         ->check(CLI::IsMember({"object", "tangent"}))
         ->capture_default_str();
-    shapesCommand->add_option("--on", shapes.on,
-                              "an OBJ file to put the shapes on, with the vertices of the neutral "
-                              "(default: the neutral)");
+    shapesCommand->add_option(
+        "--on", shapes.on,
+        "an OBJ or PLY file to put the shapes on, with the vertices of the neutral "
+        "(default: the neutral)");
     shapesCommand->add_option("--level", shapes.level, "the level of quads to sum at and to write")
         ->check(CLI::Range(0, 16))
         ->capture_default_str();

@@ -8,6 +8,7 @@
 
 #include "core/io/ObjReader.h"
 #include "core/io/ObjWriter.h"
+#include "core/io/PlyFile.h"
 #include "core/math/LMatrix3.h"
 #include "tests/shapes/Models.h"
 #include "tests/shapes/Shapes.h"
@@ -84,6 +85,36 @@ TEST(Program, ReplaysOnEveryModelAndKeepsWhatIsNotSculpted) {
         EXPECT_TRUE(shapes::SameBits(before, after)) << file;
     }
     if (files.empty()) GTEST_SKIP() << "neither shared models nor assimp-testmodels are here";
+}
+
+TEST(Program, PaintsMeshesOfEitherFormat) {
+    Folder folder;
+    const std::string mesh = folder.Write("in.obj", kSquare), painted = folder / "out.ply",
+                      again = folder / "again.obj";
+    const std::string log = folder.Write(
+        "log.jsonl", kHeader +
+                         "{\"op\":\"subdivide\",\"kind\":\"quad\"}\n"
+                         "{\"op\":\"set\",\"name\":\"affectVertColor\",\"value\":true}\n"
+                         "{\"op\":\"set\",\"name\":\"vertexPaintColor\",\"value\":[0,0.5,1]}\n" +
+                         kPress + kMove);
+    ASSERT_EQ(Kelmo("replay " + log + " --mesh " + mesh + " --out " + painted).code, 0);
+    PolyMesh result, back;
+    FileError error;
+    ASSERT_TRUE(ReadPly(painted, result, error)) << error.Text();
+    ASSERT_EQ(result.colours.size(), result.positions.size());
+    const auto isBlue = [](const LPoint3& c) { return c.z > 0.7f && c.x < 0.7f; };
+    EXPECT_TRUE(std::any_of(result.colours.begin(), result.colours.end(), isBlue));
+    EXPECT_NE(Kelmo("info " + painted).text.find("4  (4 quads)"), std::string::npos);
+    // A log of nothing takes them to the other format with the same bits.
+    const std::string nothing = folder.Write("nothing.jsonl", kHeader);
+    ASSERT_EQ(Kelmo("replay " + nothing + " --mesh " + painted + " --out " + again).code, 0);
+    ASSERT_TRUE(ReadObj(again, back, error)) << error.Text();
+    EXPECT_EQ(back.colours, result.colours);
+    EXPECT_EQ(back.positions, result.positions);
+    EXPECT_EQ(back.cornerVerts, result.cornerVerts);
+    const Outcome bad = Kelmo("info " + folder.Write("bad.ply", "ply\nformat ascii 1.0\nhat\n"));
+    EXPECT_EQ(bad.code, 1);
+    EXPECT_NE(bad.text.find("bad.ply:3: \"hat\" is not a keyword"), std::string::npos) << bad.text;
 }
 
 TEST(Program, WritesLevelsAndStats) {
