@@ -186,6 +186,7 @@ bool LHeadlessNode::GetResult(const PolyMesh& source, int level, const LSubdivMe
 void LHeadlessNode::TakeColours(const PolyMesh& source, PolyMesh& result) const {
     const LColorDelta* delta = lcolorDelta();
     if (!delta || (source.colours.empty() && delta->IsZero())) return;
+    if (delta->GetNumVerts(-2) < static_cast<int>(result.positions.size())) return;
     const LAColor* paints = delta->Paints();
     const size_t given = source.colours.size();
     result.colours.resize(result.positions.size());

@@ -30,7 +30,12 @@ bool LNode::InitTransform(const LPoint3& pos, const LPoint3& dir, const LPoint3&
     firststep_ = true;
     touched_ = 0;
     if (getAffectGeometry()) lcurMorph_->AllockBack();
-    if (LColorDelta* colours = StrokeColours()) colours->AllockBack();
+    if (LColorDelta* colours = StrokeColours()) {
+        colours->AllockBack();
+        // Now, so that no step has to make them.
+        if (ldisplayCache_ && getAffectVertexColor()) ldisplayCache_->TakeColors({});
+        if (ldisplayCache_ && getAffectStencil()) ldisplayCache_->TakeStencils({});
+    }
     dragged_.clear();
     preparedMode_ = -1;
     Prepare(getTransformMode(true), true, force);

@@ -30,15 +30,27 @@ void PrepareBrush(StrokeStep& step, bool atPress, bool) {
     if (atPress) step.node.lobject()->ClearWeights();
 }
 
-/// Colours go back to those that came in, the stencil grows.
+/// A coat of the blend brush on a vertex: towards the colour that came in or, when the first target
+/// has colours, towards the target's, by how bright and how opaque it is there.
+LAColor Blended(const StrokeStep& step, const LMorphTarget* target, int v, float a) {
+    const LAColor& paint = step.colours->Paints()[v];
+    if (!target) return MixedPaint(paint, std::min(0.4f * a, 1.0f), step.colours->IncomAt(v));
+    const LAColor color = target->MorphColor(v);
+    float share = color.a * 0.1f;
+    if (!(share > 0.001f)) return paint;
+    share *= (color.r + color.g + color.b) * 0.3333333f;
+    return MixedPaint(paint, std::clamp(a * share, 0.0f, 1.0f), LColor(color.r, color.g, color.b));
+}
+
+/// Colours are blended, the stencil grows.
 void BlendColours(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
-    const LAColor* paints = step.colours->Paints();
     const float* stencils = step.colours->Stencils();
+    const LMorphTarget* first = step.node.GetMorph(0);
+    const LMorphTarget* target = first && first->HasRGBA() ? first : nullptr;
     step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
         const float a = step.Masked(std::min(weight, 1.0f), positions[v]) * step.colorStrength;
         if (!(a > 0)) return;
-        if (step.affectColor)
-            record.SetPaint(v, MixedPaint(paints[v], 0.4f * a, step.colours->IncomAt(v)));
+        if (step.affectColor) record.SetPaint(v, Blended(step, target, v, a));
         if (step.affectStencil) record.SetStencil(v, MixedStencil(stencils[v], a));
     });
 }

@@ -171,6 +171,15 @@ TEST(ColourBrushes, TheBlendBrushTakesPaintBack) {
     for (int i = 0; i < 60; ++i) moves.push_back(pos + LPoint3(0.001f * (i % 2 + 1), 0, 0));
     Stroke(*node, {.mode = 14, .pos = pos}, moves);
     EXPECT_NEAR(node->lcolorDelta()->GetResColor(9).g, LColorDelta::cBare.g, 0.01f);
+    // Or to the colours of the first target, where it has some.
+    SparseColors colours;
+    colours.Append(9, LAColor(0, 1, 0, 1));
+    node->GetMorph(0)->SetColors(std::move(colours));
+    const LAColor aside = Paints(*node)[10];
+    for (int i = 0; i < 9; ++i) Stroke(*node, {.mode = 14, .pos = pos}, moves);
+    EXPECT_GT(node->lcolorDelta()->GetResColor(9).g, 0.95f);
+    EXPECT_LT(node->lcolorDelta()->GetResColor(9).r, 0.1f);
+    EXPECT_EQ(Paints(*node)[10], aside);
 }
 
 TEST(ColourBrushes, TheStencilProtectsTheSurface) {
