@@ -23,6 +23,7 @@ std::string AsJson(const std::string& file, const MeshFacts& facts) {
     json["triangles"] = facts.triangles;
     json["uv_sets"] = facts.uvSets;
     json["uvs"] = facts.uvs;
+    json["colours"] = facts.colours;
     json["bounds"] = {{"min", {facts.min.x, facts.min.y, facts.min.z}},
                       {"max", {facts.max.x, facts.max.y, facts.max.z}}};
     json["open_edges"] = facts.openEdges;
@@ -50,6 +51,7 @@ std::string AsText(const std::string& file, const MeshFacts& facts) {
         "  polygons            {}{}\n"
         "  triangles           {}\n"
         "  UV sets             {}{}\n"
+        "  vertex colours      {}\n"
         "  bounds              ({}, {}, {}) to ({}, {}, {})\n"
         "  open edges          {}\n"
         "  non-manifold edges  {}\n"
@@ -57,9 +59,9 @@ std::string AsText(const std::string& file, const MeshFacts& facts) {
         "  targets             0",
         file, facts.vertices, facts.polygons, arities.empty() ? "" : "  (" + arities + ")",
         facts.triangles, facts.uvSets,
-        facts.uvSets ? fmt::format("  ({} UVs)", facts.uvs) : std::string(), facts.min.x,
-        facts.min.y, facts.min.z, facts.max.x, facts.max.y, facts.max.z, facts.openEdges,
-        facts.nonManifoldEdges);
+        facts.uvSets ? fmt::format("  ({} UVs)", facts.uvs) : std::string(),
+        facts.colours ? "yes" : "no", facts.min.x, facts.min.y, facts.min.z, facts.max.x,
+        facts.max.y, facts.max.z, facts.openEdges, facts.nonManifoldEdges);
 }
 
 }  // namespace

@@ -45,6 +45,14 @@ Json FactsOf(const std::string& file, int version, LHeadlessNode& node) {
     json["uv_sets"] = channels;
     json["bounds"] = {{"min", {min.x, min.y, min.z}}, {"max", {max.x, max.y, max.z}}};
     json["longest_offset"] = node.GetMaxDelta();
+    const LColorDelta& colours = *node.lcolorDelta();
+    int painted = 0, stencilled = 0;
+    for (int v = 0; v < colours.GetNumVerts(-2); ++v) {
+        painted += !(colours.Paints()[v] == LAColor());
+        stencilled += colours.Stencils()[v] != 0;
+    }
+    json["painted"] = painted;
+    json["stencilled"] = stencilled;
     json["targets"] = TargetsOf(node);
     return json;
 }
@@ -59,8 +67,10 @@ std::string AsText(const Json& json) {
                             json["levels"][level]["triangles"].get<int>(),
                             level == json["active_level"] ? "  (active)" : "");
     text += fmt::format(
-        "  UV sets             {}\n  longest offset      {}\n  targets             {}",
-        json["uv_sets"].get<int>(), json["longest_offset"].get<float>(), json["targets"].size());
+        "  UV sets             {}\n  longest offset      {}\n  painted             {} vertices\n"
+        "  stencilled          {} vertices\n  targets             {}",
+        json["uv_sets"].get<int>(), json["longest_offset"].get<float>(), json["painted"].get<int>(),
+        json["stencilled"].get<int>(), json["targets"].size());
     for (const Json& target : json["targets"])
         text += fmt::format("\n    {:<17} {} vertices", target["name"].get<std::string>(),
                             target["vertices"].get<size_t>());

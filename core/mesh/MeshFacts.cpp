@@ -47,6 +47,7 @@ MeshFacts CountFacts(const PolyMesh& mesh) {
     }
     facts.uvSets = !mesh.cornerUVs.empty();
     facts.uvs = static_cast<long long>(mesh.uvs.size());
+    facts.colours = !mesh.colours.empty();
     if (!mesh.positions.empty()) facts.min = facts.max = mesh.positions[0];
     for (const LPoint3& p : mesh.positions) {
         facts.min = {std::min(facts.min.x, p.x), std::min(facts.min.y, p.y),

@@ -13,6 +13,8 @@ struct MeshFacts {
     std::map<int, long long> byArity;
     int uvSets = 0;
     long long uvs = 0;
+    /// Every vertex has a colour.
+    bool colours = false;
     /// The box of all vertices; zero without any.
     LPoint3 min, max;
     /// Polygon edges with one polygon side, and with more than two. An edge between two corners on
