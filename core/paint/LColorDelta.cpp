@@ -337,11 +337,9 @@ void LColorDelta::StencilToColor() {
     ColorsReplaced(false);
 }
 
-void LColorDelta::EvalDelta(int time, int level, bool, bool fullEval) {
+void LColorDelta::EvalDelta(int, int level, bool, bool) {
     const LMorphTarget* neutral = owner_ ? owner_->GetNeutral() : nullptr;
     if (!neutral || !neutral->HasRGBA()) return;
-    const bool valid = !fullEval && time >= valid0_ && time <= valid1_;
-    const int from = valid0_, to = valid1_;
     FlushUndo();
     ClearDelta();
     const int levels = GetNumSubdivLevels();
@@ -351,8 +349,8 @@ void LColorDelta::EvalDelta(int time, int level, bool, bool fullEval) {
     zero_ = false;
     Remember();
     // Nothing else drives colours: what is there holds for all time.
-    valid0_ = valid ? from : INT_MIN;
-    valid1_ = valid ? to : INT_MAX;
+    valid0_ = INT_MIN;
+    valid1_ = INT_MAX;
 }
 
 // Strokes.

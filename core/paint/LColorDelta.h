@@ -127,7 +127,7 @@ class LColorDelta {
     void SetDeltaByAbsIdx(int i, const LAColor& paint);
     void MixColorByAbsIdx(int i, const LAColor& color);
 
-    // Of one level; a level that isn't there reads as level 0.
+    // Of one level, told as for GetNumVerts.
 
     LColor GetLevelDelta(int i, int level) const { return ColorOf(PaintAt(i, level)); }
     LColor GetLevelColor(int i, int level) const {
@@ -172,8 +172,9 @@ class LColorDelta {
 
     // Evaluation.
 
-    /// The colours of a frame up to a level (-1: all): those of the owner's neutral. Nothing when
-    /// that has none, so that paint stays.
+    /// The colours of a frame up to a level (-1: all): those of the owner's neutral, at any time,
+    /// and whatever is asked of groups and of evaluating in full. Nothing when it has none, so that
+    /// paint stays.
     void EvalDelta(int time, int level, bool skipGroups, bool fullEval);
     /// The time for which the last evaluation stays right, ends included; nothing when valid0 is
     /// above valid1.

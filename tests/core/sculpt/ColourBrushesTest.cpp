@@ -292,6 +292,22 @@ TEST(ColourBrushes, LevelsAndUndoStayInStepWithTheGeometry) {
     EXPECT_EQ(CheckColours(*node), "");
 }
 
+TEST(ColourBrushes, WhatForgetsTheStrokesOfTheSurfaceForgetsThoseOfColours) {
+    const auto node = OpenNode(Boulder(3));
+    const LPoint3 pos = Surface(*node)[9];
+    const std::vector<LPoint3> path = Path(pos, {0.03f, 0.01f, 0}, 4);
+    SetAffected(*node, kColor);
+    Stroke(*node, {.mode = 8, .pos = pos}, path);
+    const auto paints = Paints(*node);
+    node->SetTime(1, -1);  // another delta: no stroke of it can be taken back
+    SetAffected(*node, kGeometry);
+    Stroke(*node, {.mode = 8, .pos = pos}, path);
+    EXPECT_TRUE(node->UndoStroke());
+    EXPECT_EQ(node->GetMaxDelta(), 0);
+    EXPECT_FALSE(node->UndoStroke());
+    EXPECT_EQ(Paints(*node), paints);
+}
+
 TEST(ColourBrushes, AHeadIsPaintedAndWritten) {
     PolyMesh head, result;
     FileError error;
