@@ -60,6 +60,14 @@ void Host::MakeDefaultNodes() {
             });
 }
 
+DagNodePtr Host::MakeDefaultCamera(const std::string& name) {
+    Modifier edits(scene);
+    const DagNodePtr camera = edits.CreateShape(types.Find("camera"), name);
+    defaults_.push_back(camera->parent()->ShareDag());
+    defaults_.push_back(camera);
+    return camera;
+}
+
 bool Host::IsDefault(const Node& node) const {
     return std::ranges::any_of(defaults_, [&node](const auto& d) { return d.get() == &node; });
 }

@@ -16,6 +16,7 @@
 #include "minihost/plugin/Tools.h"
 #include "minihost/scene/IdleQueue.h"
 #include "minihost/scene/SceneFile.h"
+#include "minihost/view/Views.h"
 
 namespace minihost {
 
@@ -34,6 +35,8 @@ class Host {
     void NewScene();
     /// Whether every scene has a node; such nodes are not to be deleted or renamed.
     bool IsDefault(const Node& node) const;
+    /// A camera of a name below a transform, as every scene has one from here on.
+    DagNodePtr MakeDefaultCamera(const std::string& name);
     /// Whether a value of such a node is made other than its attribute says, as the scene's time
     /// is.
     bool StartsOtherwise(const Slot& leaf) const { return startsOtherwise_.contains(&leaf); }
@@ -59,6 +62,7 @@ class Host {
     CommandTable commands;
     Tools tools;
     Modules modules;
+    Views views;
     /// Whether a person sits before a window.
     bool interactive = false;
 

@@ -86,6 +86,12 @@ bool Forget(std::vector<T>& items, const T& item) {
 MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
                                 MCreatorFunction creator, MInitializeFunction initialize,
                                 MPxNode::Type kind, const MString*) {
+    return Register(typeName, typeId, creator, initialize, kind, nullptr);
+}
+
+MStatus MFnPlugin::Register(const MString& typeName, const MTypeId& typeId,
+                            MCreatorFunction creator, MInitializeFunction initialize,
+                            MPxNode::Type kind, MCreatorFunction uiCreator) {
     Module* own = module(nullptr);
     Host& host = Host::Get();
     const Base base = BaseOf(kind);
@@ -99,8 +105,8 @@ MStatus MFnPlugin::registerNode(const MString& typeName, const MTypeId& typeId,
         const minihost::TypeInMaking making(*type);
         if (const MStatus status = initialize(); !status) return status;
     }
-    type->maker = [creator](minihost::Node& node) {
-        return std::make_unique<minihost::PluginLogic>(node, creator);
+    type->maker = [creator, uiCreator](minihost::Node& node) {
+        return std::make_unique<minihost::PluginLogic>(node, creator, uiCreator);
     };
     if (!host.types.Register(type)) return MS::kFailure;
     own->nodeTypes.push_back(typeId);
@@ -116,12 +122,10 @@ MStatus MFnPlugin::deregisterNode(const MTypeId& typeId) {
     return Host::Get().types.Unregister(typeId) ? MS::kSuccess : MS::kFailure;
 }
 
-// Shapes are drawn by views, which ask the shape itself.
 MStatus MFnPlugin::registerShape(const MString& typeName, const MTypeId& typeId,
                                  MCreatorFunction creator, MInitializeFunction initialize,
-                                 MCreatorFunction, const MString* classification) {
-    return registerNode(typeName, typeId, creator, initialize, MPxNode::kSurfaceShape,
-                        classification);
+                                 MCreatorFunction uiCreator, const MString*) {
+    return Register(typeName, typeId, creator, initialize, MPxNode::kSurfaceShape, uiCreator);
 }
 
 MStatus MFnPlugin::registerData(const MString& typeName, const MTypeId& typeId,

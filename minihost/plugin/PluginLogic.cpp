@@ -6,13 +6,22 @@
 
 namespace minihost {
 
-PluginLogic::PluginLogic(Node& node, void* (*creator)())
-    : ShapeLogic(node), user_(static_cast<MPxNode*>(creator())) {
+PluginLogic::PluginLogic(Node& node, void* (*creator)(), void* (*lookCreator)())
+    : ShapeLogic(node), user_(static_cast<MPxNode*>(creator())), lookCreator_(lookCreator) {
     if (const auto& base = node.type().base; base && base->maker) base_ = base->maker(node);
     if (user_) user_->logic_ = this;
 }
 
 PluginLogic::~PluginLogic() = default;
+
+MPxSurfaceShapeUI* PluginLogic::Look() {
+    auto* shape = dynamic_cast<MPxSurfaceShape*>(user_.get());
+    if (!look_ && lookCreator_ && shape) {
+        look_.reset(static_cast<MPxSurfaceShapeUI*>(lookCreator_()));
+        if (look_) look_->shape_ = shape;
+    }
+    return look_.get();
+}
 
 void PluginLogic::PostConstructor() {
     if (user_) user_->postConstructor();

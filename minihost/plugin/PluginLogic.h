@@ -1,6 +1,7 @@
 #pragma once
 
 #include "maya/MPxNode.h"
+#include "maya/MPxSurfaceShapeUI.h"
 #include "minihost/dag/DagNode.h"
 
 namespace minihost {
@@ -8,11 +9,14 @@ namespace minihost {
 /// Hands the host's calls of a node on to the object that a module made for it.
 class PluginLogic : public ShapeLogic {
   public:
-    PluginLogic(Node& node, void* (*creator)());
+    /// `lookCreator` makes what draws a shape; null where the module draws nothing.
+    PluginLogic(Node& node, void* (*creator)(), void* (*lookCreator)() = nullptr);
     ~PluginLogic() override;
 
     MPxNode* user() const { return user_.get(); }
     Node& node() const { return node_; }
+    /// What draws the shape, made when it is asked for; null where nothing does.
+    MPxSurfaceShapeUI* Look();
 
     void PostConstructor() override;
     MStatus Compute(const Plug& plug) override;
@@ -27,6 +31,8 @@ class PluginLogic : public ShapeLogic {
     /// What a DAG node's place computes; null for other nodes.
     std::unique_ptr<NodeLogic> base_;
     std::unique_ptr<MPxNode> user_;
+    void* (*lookCreator_)();
+    std::unique_ptr<MPxSurfaceShapeUI> look_;
 };
 
 /// While one lives, MPxNode::addAttribute and its kin work on a type.

@@ -188,13 +188,6 @@ void AddHostCommands(Host& host) {
     AddTools(host);
     AddDialogs(host);
     AddProgress(host);
-    Syntax refresh;
-    refresh.AddFlag("f", "force");
-    refresh.AddFlag("cv", "currentView");
-    AddQuestion(host, "refresh", std::move(refresh), [&host](const ParsedFlags&) -> Answer {
-        host.listeners.Tell({"Event", "refresh"});
-        return {};
-    });
 }
 
 }  // namespace minihost

@@ -16,6 +16,7 @@ void AddSceneCommands(Host& host) {
     AddTransformCommands(host);
     AddModelCommands(host);
     AddHostCommands(host);
+    AddViewCommands(host);
     AddAnimCommands(host);
     AddFileCommands(host);
 }

@@ -27,10 +27,11 @@ void AddSelectCommands(Host& host);
 void AddTransformCommands(Host& host);
 /// polyPlane, polyCube, polySphere, deformer, skinCluster, blendShape, sets, createAndAssignShader.
 void AddModelCommands(Host& host);
-/// undo, redo, undoInfo, modules, tools, confirmDialog, progressWindow,
-/// refresh.
+/// undo, redo, undoInfo, modules, tools, confirmDialog, progressWindow.
 void AddHostCommands(Host& host);
 
+/// refresh, viewFit.
+void AddViewCommands(Host& host);
 /// currentTime, playbackOptions, play, autoKeyframe, setKeyframe, cutKey, keyframe.
 void AddAnimCommands(Host& host);
 /// file.

@@ -68,4 +68,7 @@ class MFnPlugin : public MFnBase {
 
   private:
     minihost::Module* module(MStatus* status) const;
+    MStatus Register(const MString& typeName, const MTypeId& typeId, MCreatorFunction creator,
+                     MInitializeFunction initialize, MPxNode::Type type,
+                     MCreatorFunction uiCreator);
 };

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "maya/MBoundingBox.h"
+#include "maya/MMatrix.h"
+#include "minihost/dag/DagNode.h"
+
+namespace minihost {
+
+/// A camera of the scene as a view of some size sees through it: along -z of its place, +y up. The
+/// film's width fills the view's.
+class Camera {
+  public:
+    /// A camera shape, or the transform above one. Borrowed.
+    explicit Camera(DagNode& node);
+
+    /// World to camera, and camera to clip space (-1 to 1 on all axes), for rows.
+    MMatrix ModelView() const;
+    MMatrix Projection(int width, int height) const;
+
+    /// Moves the camera, along the way that it looks, so that a box of the world fits into a view
+    /// of such a size, and brings its clipping planes and its width in line. Nothing for an empty
+    /// box.
+    void Frame(const MBoundingBox& box, int width, int height);
+
+  private:
+    double Number(const char* attribute) const;
+    void SetNumber(const char* attribute, double value);
+
+    DagNode& shape_;
+};
+
+}  // namespace minihost

@@ -1,0 +1,142 @@
+#include "minihost/view/Views.h"
+
+#include <algorithm>
+#include <numbers>
+
+#include "minihost/Host.h"
+#include "minihost/graph/Evaluation.h"
+#include "minihost/view/Camera.h"
+#include "minihost/view/GLContext.h"
+#include "minihost/view/ShapeDrawing.h"
+
+namespace minihost {
+namespace {
+
+/// How the named views look, in degrees about x and y.
+struct NamedView {
+    const char* name;
+    double x, y;
+    bool flat;
+};
+constexpr NamedView kNamed[] = {
+    {"persp", -12, 28, false},
+    {"front", 0, 0, true},
+    {"side", 0, 90, true},
+    {"top", -90, 0, true},
+};
+
+void Turn(DagNode& camera, const NamedView& view) {
+    constexpr double kDegree = std::numbers::pi / 180;
+    const double turn[3] = {view.x * kDegree, view.y * kDegree, 0};
+    WriteNumbers(*camera.parent()->FindSlot("rotate"), turn, 3);
+    Write(*camera.FindSlot("orthographic"), view.flat ? 1.0 : 0.0);
+}
+
+bool IsInScene(const DagNode& camera) {
+    return Host::Get().scene.Find(camera.Path()).get() == &camera;
+}
+
+}  // namespace
+
+MBoundingBox VisibleBounds(DagNode& node) {
+    MBoundingBox box;
+    if (!IsShown(node)) return box;
+    if (auto* shape = node.LogicAs<ShapeLogic>(); shape && node.IsShape()) {
+        box = shape->Bounds();
+        if (!box.isEmpty()) box.transformUsing(node.WorldMatrix());
+    }
+    for (const DagNodePtr& child : node.children()) box.expand(VisibleBounds(*child));
+    return box;
+}
+
+Views::Views() = default;
+Views::~Views() = default;
+
+std::string Views::Begin() {
+    if (disabled_) return "there is no OpenGL on this machine";
+    std::string error;
+    if (!context_) context_ = GLContext::MakeOffscreen(error);
+    if (context_ && !context_->MakeCurrent()) error = "the context of OpenGL is lost";
+    return error;
+}
+
+void Views::Tidy() {
+    std::erase_if(views_, [this](const Entry& entry) {
+        const bool gone = !IsInScene(*entry.view->camera());
+        if (gone && active_ == entry.view.get()) active_ = nullptr;
+        return gone;
+    });
+}
+
+DagNodePtr Views::FindCamera(const std::string& name, bool& made, std::string& error) {
+    Host& host = Host::Get();
+    made = false;
+    if (const auto node = std::dynamic_pointer_cast<DagNode>(host.scene.Find(name))) {
+        DagNode* shape = node->Shape();
+        if (shape && shape->type().IsA("camera")) return shape->ShareDag();
+        error = "\"" + name + "\" is no camera";
+        return nullptr;
+    }
+    const auto* named = std::ranges::find(kNamed, name, &NamedView::name);
+    if (named == std::end(kNamed)) {
+        error =
+            "there is no camera \"" + name + "\"; views with a name are persp, front, side, top";
+        return nullptr;
+    }
+    const DagNodePtr camera = host.MakeDefaultCamera(name);
+    Turn(*camera, *named);
+    made = true;
+    return camera;
+}
+
+View* Views::Open(const PictureOptions& options, std::string& error) {
+    error = Begin();
+    if (!error.empty()) return nullptr;
+    Tidy();
+    bool made = false;
+    const DagNodePtr camera = FindCamera(options.camera, made, error);
+    if (!camera) return nullptr;
+    auto entry =
+        std::ranges::find_if(views_, [&](const Entry& e) { return e.view->camera() == camera; });
+    if (entry == views_.end())
+        entry = views_.insert(entry, {std::make_unique<View>(*context_, camera), {}, made});
+    View& view = *entry->view;
+    error = view.Resize(options.width, options.height, options.samples);
+    if (!error.empty()) return nullptr;
+    entry->follows = entry->follows && (made || entry->framed == view.ModelView());
+    if (entry->follows) {
+        Camera(*camera).Frame(VisibleBounds(Host::Get().scene.world()), view.width(),
+                              view.height());
+        entry->framed = view.ModelView();
+    }
+    return active_ = &view;
+}
+
+std::string Views::Draw(const PictureOptions& options, Picture& picture) {
+    std::string error;
+    View* view = Open(options, error);
+    if (view) error = view->Draw();
+    if (error.empty()) picture = view->Read();
+    return error;
+}
+
+std::string Views::Frame(const std::string& camera, const std::vector<NodePtr>& nodes) {
+    bool made = false;
+    std::string error;
+    const DagNodePtr shape = FindCamera(camera, made, error);
+    if (!shape) return error;
+    MBoundingBox box;
+    for (const NodePtr& node : nodes)
+        if (auto* dag = dynamic_cast<DagNode*>(node.get())) box.expand(VisibleBounds(*dag));
+    if (nodes.empty()) box = VisibleBounds(Host::Get().scene.world());
+    const auto entry =
+        std::ranges::find_if(views_, [&](const Entry& e) { return e.view->camera() == shape; });
+    const PictureOptions usual;
+    const bool open = entry != views_.end();
+    if (open) entry->follows = false;
+    Camera(*shape).Frame(box, open ? entry->view->width() : usual.width,
+                         open ? entry->view->height() : usual.height);
+    return {};
+}
+
+}  // namespace minihost

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "maya/MBoundingBox.h"
+#include "minihost/view/View.h"
+
+namespace minihost {
+
+class GLContext;
+
+/// What a picture is to be.
+struct PictureOptions {
+    /// Of a camera, a transform above one, or one of the named views: "persp", "front", "side",
+    /// "top".
+    std::string camera = "persp";
+    int width = 960, height = 720;
+    /// A pixel, averaged; 0 for one.
+    int samples = 4;
+};
+
+/// The views that there are: one for each camera that was drawn through, in one context, which is
+/// made with the first.
+class Views {
+  public:
+    Views();
+    ~Views();
+
+    /// The view through a camera, of a size, and made active. A named view gets its camera when it
+    /// is asked for; as long as nobody moves that, it frames all that is visible. Null with the
+    /// reason in `error`.
+    View* Open(const PictureOptions& options, std::string& error);
+    /// Draws through a camera and reads what was drawn. Empty, or why not.
+    std::string Draw(const PictureOptions& options, Picture& picture);
+    /// Moves a camera so that all that is visible, or only `nodes`, fits into its view. Empty, or
+    /// why not.
+    std::string Frame(const std::string& camera, const std::vector<NodePtr>& nodes);
+
+    /// The one that was opened last; null while there is none.
+    View* active() const { return active_; }
+    size_t count() const { return views_.size(); }
+    View& At(size_t index) const { return *views_[index].view; }
+    /// Forgets the views of cameras that are gone.
+    void Tidy();
+
+    /// Makes the context where there is none, and makes it current. Empty, or why not.
+    std::string Begin();
+    /// Tests put another in the place of the context, null for a machine without one.
+    void Disable() { disabled_ = true; }
+    void Enable() { disabled_ = false; }
+
+  private:
+    struct Entry {
+        std::unique_ptr<View> view;
+        /// Where a named view's camera was put; it follows the scene while it stands there.
+        MMatrix framed;
+        bool follows = false;
+    };
+
+    DagNodePtr FindCamera(const std::string& name, bool& made, std::string& error);
+
+    std::unique_ptr<GLContext> context_;
+    std::vector<Entry> views_;
+    View* active_ = nullptr;
+    bool disabled_ = false;
+};
+
+/// What is visible of a node and below it, in the world.
+MBoundingBox VisibleBounds(DagNode& node);
+
+}  // namespace minihost
