@@ -8,6 +8,11 @@
 #include "host/commands/KelmoStrokeCmd.h"
 #include "host/commands/ObjectCommands.h"
 #include "host/commands/WiringCommands.h"
+#include "host/gl/GLInfo.h"
+#include "host/gl/KelmoSurfaceCallback.h"
+#include "host/gl/KelmoSurfaceShape.h"
+#include "host/gl/KelmoSurfaceShapeUI.h"
+#include "host/gl/MLDisplayCache.h"
 #include "host/ml/Diagnostics.h"
 #include "host/nodes/KelmoBlindData.h"
 #include "host/nodes/KelmoIOCallbacks.h"
@@ -57,7 +62,7 @@ constexpr NodeRow kNodes[] = {
      MPxNode::kDeformerNode, "register Kelmo helper node"},
 };
 /// The order in which they go.
-constexpr unsigned kNodesDown[] = {kKelmoNode2Id, kKelmoHelperId, kKelmoNodeId};
+constexpr unsigned kNodesDown[] = {kKelmoNode2Id, kKelmoHelperId, kKelmoNodeId, kSurfaceShapeId};
 
 struct CommandRow {
     const char* name;
@@ -96,6 +101,11 @@ MStatus RegisterTypes(MFnPlugin& plugin) {
         CHECK_MSTATUS_AND_RETURN_IT(Checked(
             plugin.registerNode(row.name, MTypeId(row.id), row.creator, row.initialize, row.kind),
             row.registering));
+    CHECK_MSTATUS_AND_RETURN_IT(
+        Checked(plugin.registerShape(kSurfaceShapeName, MTypeId(kSurfaceShapeId),
+                                     KelmoSurfaceShape::creator, KelmoSurfaceShape::initialize,
+                                     KelmoSurfaceShapeUI::creator),
+                "register KelmoSurfaceShape Node"));
     for (const CommandRow& row : kCommands)
         CHECK_MSTATUS_AND_RETURN_IT(
             Checked(plugin.registerCommand(row.name, row.creator, row.syntax), row.name));
@@ -122,7 +132,7 @@ void Report() {
         MGlobal::executeCommand("KelmoAssignHotkeys");
         MGlobal::executeCommand("KelmoToolContextHotkeys 0");
     }
-    MGlobal::displayInfo("OpenGL is not supported.");
+    PrintGlInfo();
     MLNode::LoadPreferences();
     if (!LNode::prefDoUseTablet)
         MGlobal::displayInfo("TABLET SENSIVITY IS OF - YOU CAN TURN IT ON KELMO PREFERENCES");
@@ -159,7 +169,11 @@ MStatus uninitializePlugin(MObject module) {
     DeregisterIOCallbacks();
     KelmoRenderMessage::DeregisterRenderCallbacks();
     KelmoMtlMessage::DeregisterCallbacks();
+    if (M3dView view = M3dView::active3dView(); view.view()) view.beginGL();
+    MLDisplayCache::FreeGLSL();
+    FreeDrawLists();
     CloseDiagFile();
+    KelmoSurfaceShape::release();
     KelmoNode::release();
     KelmoNode2::release();
     return MS::kSuccess;

@@ -1,10 +1,30 @@
 #include <CLI/CLI.hpp>
 
+#include <charconv>
+
 #include "app/cli/Commands.h"
 
 namespace kelmo {
 
 namespace {
+
+/// Whether a text is a size, such as "960x720".
+bool ReadSize(const std::string& text, PictureFile& picture) {
+    const auto whole = [&text](size_t first, size_t last, int& number) {
+        const char* end = text.data() + last;
+        return std::from_chars(text.data() + first, end, number) ==
+                   std::from_chars_result{end, {}} &&
+               number >= 1;
+    };
+    const size_t cross = text.find('x');
+    return cross != text.npos && whole(0, cross, picture.width) &&
+           whole(cross + 1, text.size(), picture.height);
+}
+
+std::string IsSize(const std::string& text) {
+    PictureFile any;
+    return ReadSize(text, any) ? "" : text + " is no size, such as 960x720";
+}
 
 CLI::App* AddRun(CLI::App& app, RunOptions& run) {
     CLI::App* command = app.add_subcommand("run", "Run host commands, headless.");
@@ -69,6 +89,17 @@ int Main(int argc, const char* const* argv) {
     replayCommand->add_option("--load", replay.load,
                               "begin with the state in this file; IN is what it was made from");
     replayCommand->add_option("--save", replay.save, "write the state at the end to this file");
+    replayCommand->add_option("--picture", replay.picture.path,
+                              "draw OUT into this image file, as it is shown while it is sculpted");
+    std::string size = "960x720";
+    replayCommand->add_option("--size", size, "the picture's size in pixels")
+        ->type_name("WxH")
+        ->check(IsSize)
+        ->capture_default_str();
+    replayCommand
+        ->add_option("--view", replay.picture.view, "from where: persp, front, side or top")
+        ->check(CLI::IsMember({"persp", "front", "side", "top"}))
+        ->capture_default_str();
     replayCommand->footer(
         "The result is the same, bit for bit, with any number of workers. At level 0 OUT has the\n"
         "polygons of the mesh, above it quads where the level is made of quads, else triangles,\n"
@@ -126,7 +157,10 @@ int Main(int argc, const char* const* argv) {
     shapes.tangent = space == "tangent";
     StopOnInterrupt();
     if (infoCommand->parsed()) return RunInfo(info);
-    if (replayCommand->parsed()) return RunReplay(replay);
+    if (replayCommand->parsed()) {
+        ReadSize(size, replay.picture);
+        return RunReplay(replay);
+    }
     if (runCommand->parsed()) {
         if (!run.script.empty() || run.commands || run.interactive) return RunScript(run);
         Fail("run: name a script, '-' for standard input, -c \"commands\", or --interactive");

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/cli/ModuleHost.h"
 #include "core/io/LProgressCallback.h"
 
 /// The subcommands of the program. Each returns the exit code: 0 done, 1 failed (the message is on
@@ -29,6 +30,7 @@ struct ReplayOptions {
     /// 0: one worker per processor.
     int threads = 0;
     int repeat = 1;
+    PictureFile picture;
 };
 int RunReplay(const ReplayOptions& options);
 

@@ -115,6 +115,7 @@ int RunReplay(const ReplayOptions& options) {
     long long touched = 0;
     std::string message;
     PolyMesh result;
+    LNodeSettings settings;
     for (int i = 0; i < options.repeat; ++i) {
         LHeadlessNode node(options.threads, [] { return MakeProgress("opening"); });
         if (!node.Load(mesh, message)) return Fail(options.mesh + ": " + message);
@@ -130,10 +131,14 @@ int RunReplay(const ReplayOptions& options) {
             return Fail(fmt::format("--level {}: the mesh has levels 0 to {} at the end of {}",
                                     level, geom.GetNumSubivLevels() - 1, options.log));
         if (!node.GetResult(mesh, level, result, message)) return Fail(message);
+        settings = node.settings();
         if (!options.save.empty() && !node.SaveState(options.save, message)) return Fail(message);
     }
     if (!WriteMesh(options.out, result, message)) return Fail(message);
     if (!options.stats.empty() && !WriteText(options.stats, timings.AsJson(touched), message))
+        return Fail(message);
+    if (!options.picture.path.empty() &&
+        !DrawPicture(options.out, settings, options.picture, message))
         return Fail(message);
     return 0;
 }

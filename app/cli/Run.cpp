@@ -1,11 +1,10 @@
 #include <fmt/core.h>
 
-#include <filesystem>
 #include <iostream>
 #include <iterator>
 
 #include "app/cli/Commands.h"
-#include "app/cli/InterfaceProcedures.h"
+#include "app/cli/ModuleHost.h"
 #include "app/cli/Prompt.h"
 #include "minihost/Host.h"
 #include "minihost/command/builtins/Builtins.h"
@@ -34,34 +33,6 @@ bool Finish(Interpreter& interpreter, const Interpreter::Result& result) {
     minihost::Host::Get().Turn();
     std::fflush(stdout);
     return good;
-}
-
-/// Keeps what a module tells while it loads.
-class Kept : public minihost::ScriptOutput {
-  public:
-    void Print(std::string_view text) override { text_ += text; }
-    void Info(std::string_view text) override { text_.append(text) += "\n"; }
-    void Warning(std::string_view text) override { Info(text); }
-    void Error(std::string_view text) override { Info(text); }
-    const std::string& text() const { return text_; }
-
-  private:
-    std::string text_;
-};
-
-/// Loads the module that lies beside the program; false, with the reason and what the module told
-/// on standard error, where that fails.
-bool LoadModule(minihost::Host& host) {
-    AddInterfaceProcedures(host.commands);
-    std::error_code unknown;
-    const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-    Kept kept;
-    host.SetOutput(&kept);
-    const std::string why = host.modules.Load(program.parent_path() / "kelmo.so");
-    host.SetOutput(nullptr);
-    if (why.empty()) return true;
-    Fail(kept.text() + why + "; --no-module runs scripts without it");
-    return false;
 }
 
 bool RunOnce(Interpreter& interpreter, const RunOptions& options) {
@@ -102,7 +73,9 @@ int RunScript(const RunOptions& options) {
     host.interactive = options.interactive;
     minihost::AddBuiltins(host.commands, {"", options.interactive, ""});
     host.interpreter.SetStop(IsInterrupted);
-    if (!options.noModule && !LoadModule(host)) return 1;
+    std::string error;
+    if (!options.noModule && !LoadModule(host, error))
+        return Fail(error + "; --no-module runs scripts without it");
     const bool given = options.commands || !options.script.empty();
     if (given && !RunOnce(host.interpreter, options)) return 1;
     if (options.interactive) Converse(host.interpreter);

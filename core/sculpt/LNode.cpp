@@ -364,7 +364,7 @@ void LNode::updateSculptCache() {
 void LNode::setLevelDisplayCache() {
     LevelCaches& caches = ActiveCaches();
     if (!caches.display) {
-        caches.display = std::make_unique<LDisplayCache>(this, lthGrp_.get());
+        caches.display = MakeDisplayCache();
         caches.display->Init(&BaseShape(), lcurMorph_->GetMesh());
         caches.shown = 0;
     }
@@ -375,6 +375,10 @@ void LNode::setLevelDisplayCache() {
         caches.display->SetUseColor(true);
     if (caches.shown != surface_) caches.display->CalcAll();
     ldisplayCache_ = caches.display.get();
+}
+
+std::unique_ptr<LDisplayCache> LNode::MakeDisplayCache() {
+    return std::make_unique<LDisplayCache>(this, lthGrp_.get());
 }
 
 bool LNode::setLevelOctTree() {

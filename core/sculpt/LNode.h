@@ -290,6 +290,8 @@ class LNode : public LTargetLists {
     bool buildOctTree();
     void deleteAllLevelTrees();
     void setLevelDisplayCache();
+    /// A display cache for a level of this node. A node that is drawn makes one that draws.
+    virtual std::unique_ptr<LDisplayCache> MakeDisplayCache();
     /// lmeshCache = the surface of the active level as it is.
     void fillSculptCache();
     /// The same for what the running stroke has touched.

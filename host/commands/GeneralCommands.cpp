@@ -5,14 +5,11 @@
 
 #include "core/sculpt/LNodeRecord.h"
 #include "host/commands/EditCommand.h"
+#include "host/gl/GLInfo.h"
 #include "host/ml/InterfaceProcedures.h"
 #include "host/nodes/KelmoRenderMessage.h"
 
 namespace VantrelSDK {
-
-MString getGlMetrics() {
-    return "\nOpenGL is not supported.\n";
-}
 
 MSyntax KelmoVersionCmd::newSyntax() {
     MSyntax syntax;

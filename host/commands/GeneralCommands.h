@@ -29,7 +29,4 @@ class KelmoRenderCmd : public MPxCommand {
     MStatus doIt(const MArgList& words) override;
 };
 
-/// What there is to draw with.
-MString getGlMetrics();
-
 }  // namespace VantrelSDK

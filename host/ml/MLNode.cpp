@@ -13,6 +13,7 @@
 #include <set>
 
 #include "core/sculpt/LNodeRecord.h"
+#include "host/gl/MLDisplayCache.h"
 #include "host/ml/MLColorDelta.h"
 #include "host/ml/MLFalloffCache.h"
 #include "host/ml/MLMesh.h"
@@ -152,6 +153,10 @@ void MLNode::UpdateComponentSelection() {
     }
     meshObject()->SelectPolygons(polygons, vertices);
     _luseSelected() = !polygons.empty() || !vertices.empty();
+}
+
+std::unique_ptr<LDisplayCache> MLNode::MakeDisplayCache() {
+    return std::make_unique<MLDisplayCache>(this, lthGrp());
 }
 
 void MLNode::FinishSculpt(bool keep) {

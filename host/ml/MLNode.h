@@ -78,6 +78,7 @@ class MLNode : public LNode {
     /// polygons, and those around vertices.
     void UpdateComponentSelection();
     bool InitSculpt() override;
+    std::unique_ptr<LDisplayCache> MakeDisplayCache() override;
     void FinishSculpt(bool keep) override;
     /// The first surface point along a ray. `normal` is the surface's there. False in no session.
     bool IntersectRay(const MPoint& origin, const MVector& dir, MPoint& point, MVector& normal);

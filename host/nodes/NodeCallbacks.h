@@ -8,8 +8,8 @@ namespace VantrelSDK {
 
 class MLNode;
 
-/// Values that hand a node to what stands around it: its shape and its locators. Nothing of them is
-/// kept in scenes.
+/// Values that hand a node to what stands around it: its locators and, see KelmoSurfaceCallback,
+/// its shape. Nothing of them is kept in scenes.
 template <unsigned Id, const char* Name>
 class NodeLink : public MPxData {
   public:
@@ -28,7 +28,6 @@ class NodeLink : public MPxData {
     MLNode* kelmo = nullptr;
 };
 
-using KelmoSurfaceCallback = NodeLink<kSurfaceCallbackId, kSurfaceCallbackName>;
 using KelmoStencilCallback = NodeLink<kStencilCallbackId, kStencilCallbackName>;
 using KelmoRefImageCallback = NodeLink<kRefImageCallbackId, kRefImageCallbackName>;
 

@@ -7,11 +7,11 @@
 #include <set>
 #include <string>
 
+#include "host/gl/KelmoSurfaceCallback.h"
 #include "host/ml/Diagnostics.h"
 #include "host/ml/InterfaceProcedures.h"
 #include "host/ml/MLNode.h"
 #include "host/nodes/Finders.h"
-#include "host/nodes/NodeCallbacks.h"
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/NodeEvaluation.h"
 

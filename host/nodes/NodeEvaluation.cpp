@@ -6,13 +6,13 @@
 #include <algorithm>
 
 #include "core/morph/LMeshBases.h"
+#include "host/gl/KelmoSurfaceCallback.h"
 #include "host/ml/Diagnostics.h"
 #include "host/ml/MLColorDelta.h"
 #include "host/ml/MLGeomDelta.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLNode.h"
 #include "host/nodes/KelmoRenderMessage.h"
-#include "host/nodes/NodeCallbacks.h"
 
 namespace VantrelSDK {
 
@@ -55,7 +55,8 @@ MStatus NodeEvaluation::Compute(Output output, const std::function<MObject()>& i
     }
     node_.skipTime = false;
     if (toScene) return Export(mesh, output == Output::kProxy ? 0 : level, to);
-    node_.displyDirtied = true;
+    // A stroke's own changes are drawn as what they are.
+    if (!node_.IsStroking()) node_.displyDirtied = true;
     return to.set(new KelmoSurfaceCallback(&node_));
 }
 

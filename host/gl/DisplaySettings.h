@@ -1,0 +1,34 @@
+#pragma once
+
+namespace VantrelSDK {
+
+class MLNode;
+
+/// How a surface is drawn: a node's display settings at one time.
+struct DisplaySettings {
+    /// 0 isolines, 1 and wireframe, 2 shaded, 3 with isolines, 4 with both.
+    int mode = 3;
+    bool shaders = true, speculars = true, diffuse = true, cullBackface = true;
+    float opacity = 1;
+    bool shadow = false, ssao = false;
+    /// The filter's taps along an axis; the light's place in degrees, seen from the camera.
+    int shadowFilter = 7, shadowAzm = 27, shadowAlt = -142;
+    /// Between taps, in parts of the view; taps along an axis.
+    float ssaoRadius = 0.007f;
+    int ssaoSamples = 20;
+    bool affectGeometry = true, affectColor = false, affectStencil = false;
+    bool useStencil = false, invertStencil = false;
+    bool underNormals = false, underTangents = false, underVectors = false, underSkin = false,
+         underSkinSolid = false;
+
+    bool operator==(const DisplaySettings&) const = default;
+    /// Colours or stencil are a part of what is compiled.
+    bool ShowsColor() const { return affectColor; }
+    bool ShowsStencil() const {
+        return affectStencil || (useStencil && (affectGeometry || affectColor));
+    }
+
+    static DisplaySettings Of(const MLNode& node);
+};
+
+}  // namespace VantrelSDK

@@ -1,0 +1,191 @@
+#include "host/gl/MLDisplayCache.h"
+
+#include <algorithm>
+
+#include "core/mesh/LMeshObject.h"
+#include "core/sculpt/LNode.h"
+#include "host/gl/GLFunctions.h"
+
+namespace VantrelSDK {
+
+MLDisplayCache::MLDisplayCache(LNode* owner, LThreadGroup* workers)
+    : LDisplayCache(owner, workers) {}
+
+MLDisplayCache::~MLDisplayCache() = default;
+
+void MLDisplayCache::Init(LSubdivMeshI* object, LSubdivMeshI* delta) {
+    LDisplayCache::Init(object, delta);
+    releaseVoxels();
+}
+
+void MLDisplayCache::CalcAll() {
+    LDisplayCache::CalcAll();
+    InvalidateVoxels();
+    bbox_.valid = grown_.valid = false;
+}
+
+void MLDisplayCache::CalcChanged(bool vertNormals) {
+    LDisplayCache::CalcChanged(vertNormals);
+    // Who has not drawn yet has nothing to draw anew.
+    if (voxels_.empty()) return;
+    for (const int v : changedVerts_.Items()) {
+        grid_.ForCellsOf(v, [this](int cell) {
+            voxels_[static_cast<size_t>(voxelOfCell_[static_cast<size_t>(cell)])].Invalidate();
+        });
+        const LPoint3& p = verts_[static_cast<size_t>(v)];
+        if (!grown_.valid) grown_ = {p, p, true};
+        grown_.min = {std::min(grown_.min.x, p.x), std::min(grown_.min.y, p.y),
+                      std::min(grown_.min.z, p.z)};
+        grown_.max = {std::max(grown_.max.x, p.x), std::max(grown_.max.y, p.y),
+                      std::max(grown_.max.z, p.z)};
+    }
+    if (LNode::prefDoPix) GrowDirtyBox();
+}
+
+/// A normal that has changed shades the faces around its vertex up to their other corners.
+void MLDisplayCache::GrowDirtyBox() {
+    const LAdjFaceList& around = topology_->AdjFaces();
+    const LFace* faces = topology_->Faces().data();
+    for (const int v : changedVerts_.Items())
+        for (const int f : around.GetAdjFacesForVert(v))
+            for (const int corner : faces[f].v)
+                dirtyBox_[0].Add(verts_[static_cast<size_t>(corner)]);
+}
+
+void MLDisplayCache::InvalidateVoxels() {
+    for (LGLVoxel& voxel : voxels_) voxel.Invalidate();
+}
+
+bool MLDisplayCache::createVoxels() {
+    if (!voxels_.empty()) return true;
+    if (!object_ || !topology_ || nverts_ == 0) return false;
+    std::vector<std::span<const LFace>> faces;
+    for (int level = 0; level <= level_; ++level) {
+        levels_.push_back(object_->GetLevelTopology(static_cast<unsigned>(level)));
+        faces.emplace_back(levels_.back()->Faces());
+    }
+    grid_.Build(verts(), faces);
+    voxelOfCell_.assign(VoxelGrid::kCount, -1);
+    for (int cell = 0; cell < VoxelGrid::kCount; ++cell) {
+        bool any = false;
+        for (int level = 0; level <= level_; ++level) any |= !grid_.Faces(cell, level).empty();
+        if (!any) continue;
+        voxelOfCell_[static_cast<size_t>(cell)] = static_cast<int>(voxels_.size());
+        voxels_.emplace_back(cell, level_ + 1);
+    }
+    return !voxels_.empty();
+}
+
+void MLDisplayCache::releaseVoxels() {
+    voxels_.clear();
+    voxelOfCell_.clear();
+    levels_.clear();
+    grid_.Clear();
+    viewCaches_.clear();
+    bbox_.valid = grown_.valid = false;
+}
+
+size_t MLDisplayCache::VoxelMemory() const {
+    return grid_.Memory() + voxels_.capacity() * sizeof(LGLVoxel) +
+           voxels_.size() * levels_.size() * sizeof(VoxLevel) +
+           voxelOfCell_.capacity() * sizeof(int);
+}
+
+/// What tells one selection, or choice of hidden faces, from another.
+size_t MLDisplayCache::SelectionMark() const {
+    const LMeshObject* object = owner_ ? owner_->lobject() : nullptr;
+    if (!object || (!object->HasFacesSelected() && !object->HasHidden())) return 0;
+    size_t mark = 1469598103934665603u;
+    for (int f = 0; f < nfaces_; ++f) {
+        const unsigned state = (object->IsFaceSelected(f, level_) ? 1u : 0u) |
+                               (object->IsFaceVisible(f, level_) ? 2u : 0u);
+        mark = (mark ^ state) * 1099511628211u;
+    }
+    return mark | 1;
+}
+
+void MLDisplayCache::Refresh() {
+    FreeDrawLists();
+    const Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(),
+                          settings_.shaders && GLUse()};
+    // Nobody selects or hides inside a stroke.
+    const size_t mark = owner_ && owner_->IsStroking() ? selectionMark_ : SelectionMark();
+    if (wanted == compiled_ && mark == selectionMark_) return;
+    compiled_ = wanted;
+    selectionMark_ = mark;
+    InvalidateVoxels();
+}
+
+void MLDisplayCache::GetBBox(LPoint3& min, LPoint3& max) {
+    const bool stroking = owner_ && owner_->IsStroking();
+    if (!bbox_.valid && nverts_ > 0) {
+        bbox_ = {verts_[0], verts_[0], true};
+        for (const LPoint3& p : verts()) {
+            bbox_.min = {std::min(bbox_.min.x, p.x), std::min(bbox_.min.y, p.y),
+                         std::min(bbox_.min.z, p.z)};
+            bbox_.max = {std::max(bbox_.max.x, p.x), std::max(bbox_.max.y, p.y),
+                         std::max(bbox_.max.z, p.z)};
+        }
+        grown_.valid = false;
+    } else if (grown_.valid && !stroking) {
+        // Light and occlusion are measured by the box: in a stroke it holds still, so that what the
+        // stroke does not touch stays as it is.
+        bbox_.min = {std::min(bbox_.min.x, grown_.min.x), std::min(bbox_.min.y, grown_.min.y),
+                     std::min(bbox_.min.z, grown_.min.z)};
+        bbox_.max = {std::max(bbox_.max.x, grown_.max.x), std::max(bbox_.max.y, grown_.max.y),
+                     std::max(bbox_.max.z, grown_.max.z)};
+        grown_.valid = false;
+    }
+    min = bbox_.min;
+    max = bbox_.max;
+}
+
+MLScreenCache& MLDisplayCache::getCacheForView(const M3dView& view) {
+    for (MLScreenCache& cache : viewCaches_)
+        if (cache.IsThisCam(view)) return cache;
+    MDagPath camera;
+    view.getCamera(camera);
+    return viewCaches_.emplace_back(camera);
+}
+
+bool MLDisplayCache::HasCacheFor(const M3dView& view) {
+    return getCacheForView(view).Fits(view);
+}
+
+MLDisplayCache::Shared& MLDisplayCache::shared() {
+    static Shared all;
+    return all;
+}
+
+bool MLDisplayCache::InitGLSL(bool force) {
+    Shared& all = shared();
+    if (!GLInitialised()) {
+        InitGLFunctionPointers();
+        CheckGlExtentions();
+    }
+    if (!GLUse()) return false;
+    if (all.glslLoaded && !force) return true;
+    // Each that fails is off, and told of itself.
+    all.shadow.Init();
+    all.ssaodepth.Init();
+    all.ssao.Init();
+    all.smoothShadowedGLSL.LoadShaders();
+    all.ssaodepthGLSL.LoadShaders();
+    return all.glslLoaded = true;
+}
+
+void MLDisplayCache::FreeGLSL() {
+    Shared& all = shared();
+    for (glslFBO* target :
+         {static_cast<glslFBO*>(&all.shadow), static_cast<glslFBO*>(&all.ssaodepth),
+          static_cast<glslFBO*>(&all.ssao)})
+        target->Destroy();
+    for (glslShader* program :
+         {static_cast<glslShader*>(&all.smoothShadowedGLSL),
+          static_cast<glslShader*>(&all.ssaodepthGLSL), static_cast<glslShader*>(&all.ssaoGLSL)})
+        program->UnLoadShaders();
+    all.glslLoaded = false;
+    FreeGLFunctionPointers();
+}
+
+}  // namespace VantrelSDK

@@ -1,0 +1,145 @@
+#pragma once
+
+#include <maya/M3dView.h>
+#include <maya/MDrawRequest.h>
+
+#include <memory>
+#include <vector>
+
+#include "core/display/LDisplayCache.h"
+#include "host/gl/DisplaySettings.h"
+#include "host/gl/GLTargets.h"
+#include "host/gl/LGLVoxel.h"
+#include "host/gl/MLScreenCache.h"
+#include "host/gl/VoxelGrid.h"
+#include "host/gl/glslSSAO.h"
+#include "host/gl/glslShadowedProgram.h"
+
+namespace VantrelSDK {
+
+/// The surface of a level that draws itself: cut into voxels, each compiled level by level and kind
+/// by kind, and compiled anew where a vertex in it has changed. Drawing is done between a view's
+/// beginGL and endGL, with the surface's own coordinates to the view's loaded.
+///
+/// Everything else, a stroke too, needs no OpenGL.
+class MLDisplayCache : public LDisplayCache {
+  public:
+    explicit MLDisplayCache(LNode* owner, LThreadGroup* workers = nullptr);
+    ~MLDisplayCache() override;
+
+    void Init(LSubdivMeshI* object, LSubdivMeshI* delta) override;
+    void CalcChanged(bool vertNormals) override;
+    void CalcAll() override;
+    void InvalidateVoxels() override;
+
+    /// How it is drawn from here on.
+    void SetSettings(const DisplaySettings& settings) { settings_ = settings; }
+    const DisplaySettings& settings() const { return settings_; }
+
+    // What requests ask for. Drawing with _dirty renews the pixels of what has changed, and with
+    // kCompose puts them into the last picture. Nothing without a session.
+
+    /// In the upper half of a request's token.
+    enum TokenFlag { kCompose = 1 << 16, kKeep = 1 << 17 };
+    void DrawShaded(const MDrawRequest& request, M3dView& view);
+    void DrawShaded_dirty(const MDrawRequest& request, M3dView& view);
+    void DrawWireframe(const MDrawRequest& request, M3dView& view);
+    void DrawWireframe_dirty(const MDrawRequest& request, M3dView& view);
+    void DrawIsoLines(const MDrawRequest& request, M3dView& view);
+    void DrawIsoLines_dirty(const MDrawRequest& request, M3dView& view);
+    /// The depth map of the light, and the occlusion, for the shaded drawing that follows.
+    void RenderAndBindLightDepth(const MDrawRequest& request, M3dView& view);
+    void UnBindLightDepth();
+    void RenderAndBindSSAO(const MDrawRequest& request, M3dView& view);
+    void UnBindSSAO();
+    /// Line segments from the vertices: normals; from the surface without its delta.
+    void DrawNormals(const MDrawRequest& request, M3dView& view);
+    void DrawVectors(const MDrawRequest& request, M3dView& view);
+    /// The surface without its delta, solid or as lines.
+    void DrawSkin(const MDrawRequest& request, M3dView& view);
+
+    /// The pixels in which what has changed may be seen, now and where it was; with what its shadow
+    /// and its occlusion reach.
+    ScreenRect GetDirtyBox2D(const M3dView& view, const MDrawRequest& request) const;
+    /// The box of all vertices as it was when the last stroke began.
+    void GetBBox(LPoint3& min, LPoint3& max);
+    /// The picture of a view; made where there is none.
+    MLScreenCache& getCacheForView(const M3dView& view);
+    /// A picture of this view's camera and size.
+    bool HasCacheFor(const M3dView& view);
+
+    // What voxels ask.
+
+    const VoxelGrid& Grid() const { return grid_; }
+    /// Empty before the first drawing.
+    const std::vector<LGLVoxel>& voxels() const { return voxels_; }
+    std::span<const LFace> Faces(int level) const {
+        return levels_[static_cast<size_t>(level)]->Faces();
+    }
+    bool CompilesColor() const { return compiled_.color || (compiled_.stencil && !compiled_.glsl); }
+    bool CompilesStencil() const { return compiled_.stencil && compiled_.glsl; }
+    LColor ColorOf(int v, DrawKind kind) const;
+    int StencilPlace() const { return shared().smoothShadowedGLSL.GetStencilLoc(); }
+    CornerArrays& Scratch() { return scratch_; }
+    /// In bytes, without what OpenGL holds.
+    size_t VoxelMemory() const;
+
+    // What all caches share.
+
+    struct Shared {
+        bool glslLoaded = false, glslFailed = false;
+        glslShadowFBO shadow;
+        glslSSAOdepthFBO ssaodepth;
+        glslSSAO_FBO ssao;
+        glslShadowedProgram smoothShadowedGLSL;
+        glslSSAOdepthShader ssaodepthGLSL;
+        glslSSAOshader ssaoGLSL;
+    };
+    static Shared& shared();
+    /// Loads functions, targets and programs, the first time or with `force`; with a current
+    /// context. False where OpenGL can't be used beyond its plainest form.
+    static bool InitGLSL(bool force);
+    /// Lets go of them, with a current context or after it is gone.
+    static void FreeGLSL();
+
+  private:
+    /// What is compiled into the lists beside positions and normals.
+    struct Compiled {
+        bool color = false, stencil = false, glsl = false;
+        bool operator==(const Compiled&) const = default;
+    };
+    struct Box {
+        LPoint3 min, max;
+        bool valid = false;
+    };
+    struct Draw;
+
+    bool createVoxels();
+    void releaseVoxels();
+    /// What was compiled under other conditions is not valid.
+    void Refresh();
+    bool Begin(const MDrawRequest& request, const M3dView& view, Draw& draw);
+    void Finish(const MDrawRequest& request, const M3dView& view, const Draw& draw);
+    void Surface(const MDrawRequest& request, M3dView& view, bool dirty);
+    void Lines(const MDrawRequest& request, M3dView& view, bool dirty, DrawKind kind);
+    void SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode);
+    void Pass(const Draw& draw, DrawKind kind);
+    void Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode);
+    void GrowDirtyBox();
+    size_t SelectionMark() const;
+    MPoint LightPos(MPoint& center);
+
+    DisplaySettings settings_;
+    VoxelGrid grid_;
+    std::vector<LGLVoxel> voxels_;
+    /// Which voxel a cell is; -1 for a cell without faces.
+    std::vector<int> voxelOfCell_;
+    std::vector<std::shared_ptr<const LMeshTopology>> levels_;
+    Compiled compiled_;
+    size_t selectionMark_ = 0;
+    Box bbox_, grown_;
+    std::vector<MLScreenCache> viewCaches_;
+    CornerArrays scratch_;
+};
+
+}  // namespace VantrelSDK

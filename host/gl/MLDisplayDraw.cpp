@@ -1,0 +1,419 @@
+#include <maya/MBoundingBox.h>
+#include <maya/MMatrix.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "core/sculpt/LNode.h"
+#include "host/gl/GLFunctions.h"
+#include "host/gl/MLDisplayCache.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+constexpr float kRadians = 6.2831855f / 360;
+
+// Colours without shaders: of all faces, or those that are selected, and of the others.
+constexpr float kDiffuse[2][4] = {{0.82f, 0.82f, 0.82f, 1}, {0.68f, 0.65f, 0.65f, 1}};
+constexpr float kWire[2][4] = {{0.45f, 0.45f, 0.45f, 1}, {0.46f, 0.45f, 0.45f, 1}};
+constexpr float kIso[2][4] = {{0.45f, 0.45f, 0.45f, 1}, {0.47f, 0.45f, 0.45f, 1}};
+constexpr float kAmbient[4] = {0.1f, 0.1f, 0.1f, 1}, kShininess = 0.1f;
+
+/// OpenGL's state, put back when it goes.
+class KeptState {
+  public:
+    KeptState() { glPushAttrib(GL_ALL_ATTRIB_BITS); }
+    ~KeptState() { glPopAttrib(); }
+    KeptState(const KeptState&) = delete;
+    KeptState& operator=(const KeptState&) = delete;
+};
+
+/// From the surface to the light, in the camera's coordinates.
+MVector LightDir(const DisplaySettings& settings) {
+    const double a = settings.shadowAzm * kRadians, b = settings.shadowAlt * kRadians;
+    return MVector(-std::sin(b) * std::sin(a), -std::cos(b), -std::sin(b) * std::cos(a)).normal();
+}
+
+MMatrix Current(GLenum which) {
+    MMatrix matrix;
+    glGetDoublev(which, &matrix.matrix[0][0]);
+    return matrix;
+}
+
+void BindNothing(int unit) {
+    if (GLUse()) glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
+    glBindTexture(GL_TEXTURE_2D, 0);
+    glMatrixMode(GL_TEXTURE);
+    glLoadIdentity();
+    glMatrixMode(GL_MODELVIEW);
+    if (GLUse()) glActiveTexture(GL_TEXTURE0);
+}
+
+MMatrix ToClip(const M3dView& view, const MDrawRequest& request) {
+    MMatrix modelView, projection;
+    view.modelViewMatrix(modelView);
+    view.projectionMatrix(projection);
+    return request.multiPath().inclusiveMatrix() * modelView * projection;
+}
+
+bool IsMultisampled() {
+    GLint buffers = 0;
+    glGetIntegerv(GL_SAMPLE_BUFFERS, &buffers);
+    return buffers > 0;
+}
+
+}  // namespace
+
+/// One request on its way.
+struct MLDisplayCache::Draw {
+    ScreenProjection projection;
+    /// What is drawn anew, where that is not all.
+    ScreenRect rect;
+    bool dirty = false, selection = false;
+};
+
+LColor MLDisplayCache::ColorOf(int v, DrawKind kind) const {
+    if (!compiled_.stencil || compiled_.glsl) return GetColor(v);
+    const bool lines =
+        kind != DrawKind::kShaded && kind != DrawKind::kShadedNS && kind != DrawKind::kSparse;
+    const LColor base = settings_.ShowsColor() ? GetColor(v)
+                        : lines                ? LColor(kWire[0][0], kWire[0][1], kWire[0][2])
+                                : LColor(kDiffuse[0][0], kDiffuse[0][1], kDiffuse[0][2]);
+    const float s = settings_.invertStencil ? 1 - GetStencil(v) : GetStencil(v);
+    return {base.r * (1 - 0.5f * s), base.g * (1 - 0.8f * s), base.b * (1 - 0.8f * s)};
+}
+
+bool MLDisplayCache::Begin(const MDrawRequest& request, const M3dView& view, Draw& draw) {
+    if (!owner_ || !owner_->IsSculpting() || !object_ || !createVoxels()) return false;
+    Refresh();
+    draw.projection = {ToClip(view, request), view.portWidth(), view.portHeight()};
+    draw.selection = selectionMark_ != 0 && owner_->lobject()->HasFacesSelected();
+    if (draw.dirty) draw.rect = GetDirtyBox2D(view, request);
+    return true;
+}
+
+void MLDisplayCache::Finish(const MDrawRequest& request, const M3dView& view, const Draw& draw) {
+    // Pictures are kept only where pixels can be put back as they were.
+    if (LNode::prefDoPix != 1 || !GLUse() || IsMultisampled()) return;
+    if (draw.dirty && (request.token() & kCompose)) {
+        if (getCacheForView(view).Compose(view, draw.rect)) SetDirtyBoxDrawn();
+    } else if (request.token() & kKeep) {
+        getCacheForView(view).ReadCaches(view);
+    }
+}
+
+void MLDisplayCache::Pass(const Draw& draw, DrawKind kind) {
+    if (draw.dirty) {
+        if (draw.rect.IsEmpty()) return;
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(draw.rect.x0, draw.rect.y0, draw.rect.Width(), draw.rect.Height());
+    }
+    DrawPass pass{kind, &draw.projection, draw.dirty ? &draw.rect : nullptr};
+    pass.stroking = owner_->IsStroking();
+    if (level_ == 0 && delta_->HasLevelChanged())
+        pass.thinning = std::max(nfaces_ / std::max(LNode::prefNumFacesDisplayFallback, 1), 1);
+    for (LGLVoxel& voxel : voxels_) voxel.Draw(*this, pass);
+    if (draw.dirty) glDisable(GL_SCISSOR_TEST);
+}
+
+void MLDisplayCache::SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode) {
+    Shared& all = shared();
+    glslShadowedProgram& program = all.smoothShadowedGLSL;
+    program.SetLightDir(0, LightDir(settings_));
+    program.SetFilterSize(static_cast<float>(settings_.shadowFilter));
+    program.SetUseShadow(settings_.shadow && all.shadow.IsInitOK());
+    program.SetUseSSAO(settings_.ssao && all.ssao.IsInitOK() && all.ssaodepth.IsInitOK());
+    program.SetUseColor(compiled_.color);
+    program.SetUseSpeculars(settings_.speculars && !compiled_.color);
+    program.SetUseDiffuse(settings_.diffuse && !compiled_.color);
+    program.SetUseStencil(compiled_.stencil);
+    program.SetInvertStencil(settings_.invertStencil);
+    program.SetOpacity(settings_.opacity);
+    program.SetViewSize(static_cast<float>(view.portWidth()),
+                        static_cast<float>(view.portHeight()));
+    program.SetMode(mode);
+    all.shadow.ActivateTexture(0);
+    all.ssao.ActivateTexture(1);
+    glActiveTexture(GL_TEXTURE0);
+}
+
+/// A kind, and where some faces are selected the others too, which stand behind it.
+void MLDisplayCache::Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode) {
+    glslShadowedProgram& program = shared().smoothShadowedGLSL;
+    for (int other = 0; other < (draw.selection ? 2 : 1); ++other) {
+        if (compiled_.glsl && program.IsLoaded()) {
+            program.SetSelected(other == 0);
+            program.SetMode(mode);
+            program.UseProgram();
+        } else {
+            glMaterialfv(GL_FRONT, GL_DIFFUSE, colors[other]);
+            glColor3fv(colors[other]);
+        }
+        Pass(draw, static_cast<DrawKind>(static_cast<int>(kind) + other));
+    }
+    program.UnUseProgram();
+}
+
+void MLDisplayCache::Surface(const MDrawRequest& request, M3dView& view, bool dirty) {
+    Draw draw;
+    draw.dirty = dirty;
+    view.beginGL();
+    if (Begin(request, view, draw)) {
+        const KeptState kept;
+        glPolygonOffset(1, 1);
+        glEnable(GL_POLYGON_OFFSET_FILL);
+        glEnable(GL_DEPTH_TEST);
+        if (settings_.cullBackface) {
+            glCullFace(GL_BACK);
+            glEnable(GL_CULL_FACE);
+        }
+        if (settings_.opacity != 1) {
+            glEnable(GL_BLEND);
+            glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        }
+        if (compiled_.glsl) {
+            SetUniforms(view, glslShadowedProgram::kSurface);
+        } else {
+            if (!compiled_.color) glEnable(GL_LIGHTING);
+            glEnable(GL_NORMALIZE);
+            glMaterialfv(GL_FRONT, GL_AMBIENT, kAmbient);
+            glMaterialfv(GL_FRONT, GL_SPECULAR, kAmbient);
+            glMaterialf(GL_FRONT, GL_SHININESS, kShininess);
+            if (compiled_.stencil) {
+                glColorMaterial(GL_FRONT, GL_DIFFUSE);
+                glEnable(GL_COLOR_MATERIAL);
+            }
+        }
+        Both(draw, DrawKind::kShaded, kDiffuse, glslShadowedProgram::kSurface);
+    }
+    Finish(request, view, draw);
+    view.endGL();
+}
+
+void MLDisplayCache::Lines(const MDrawRequest& request, M3dView& view, bool dirty, DrawKind kind) {
+    Draw draw;
+    draw.dirty = dirty;
+    view.beginGL();
+    if (Begin(request, view, draw)) {
+        const KeptState kept;
+        glEnable(GL_DEPTH_TEST);
+        glEnable(GL_LINE_SMOOTH);
+        glHint(GL_LINE_SMOOTH_HINT, GL_NICEST);
+        glEnable(GL_BLEND);
+        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        const bool iso = kind == DrawKind::kIsoLines;
+        const auto mode = iso ? glslShadowedProgram::kIsoLines : glslShadowedProgram::kWireframe;
+        if (compiled_.glsl) SetUniforms(view, mode);
+        Both(draw, kind, iso ? kIso : kWire, mode);
+    }
+    Finish(request, view, draw);
+    view.endGL();
+}
+
+void MLDisplayCache::DrawShaded(const MDrawRequest& request, M3dView& view) {
+    Surface(request, view, false);
+}
+void MLDisplayCache::DrawShaded_dirty(const MDrawRequest& request, M3dView& view) {
+    Surface(request, view, true);
+}
+void MLDisplayCache::DrawWireframe(const MDrawRequest& request, M3dView& view) {
+    Lines(request, view, false, DrawKind::kWireframe);
+}
+void MLDisplayCache::DrawWireframe_dirty(const MDrawRequest& request, M3dView& view) {
+    Lines(request, view, true, DrawKind::kWireframe);
+}
+void MLDisplayCache::DrawIsoLines(const MDrawRequest& request, M3dView& view) {
+    Lines(request, view, false, DrawKind::kIsoLines);
+}
+void MLDisplayCache::DrawIsoLines_dirty(const MDrawRequest& request, M3dView& view) {
+    Lines(request, view, true, DrawKind::kIsoLines);
+}
+
+/// Beyond the object, on the side of the light.
+MPoint MLDisplayCache::LightPos(MPoint& center) {
+    LPoint3 min, max;
+    GetBBox(min, max);
+    const MVector size(max.x - min.x, max.y - min.y, max.z - min.z);
+    center = MPoint((min.x + max.x) / 2, (min.y + max.y) / 2, (min.z + max.z) / 2);
+    const MVector toLight = (LightDir(settings_) * Current(GL_MODELVIEW_MATRIX).inverse()).normal();
+    return center + toLight * (2.5 * size.length());
+}
+
+void MLDisplayCache::RenderAndBindLightDepth(const MDrawRequest& request, M3dView& view) {
+    Draw draw;
+    view.beginGL();
+    if (GLUse() && Begin(request, view, draw)) {
+        glslShadowFBO& shadow = shared().shadow;
+        MPoint center;
+        shadow.SetLightPos(LightPos(center));
+        shadow.SetObjCenter(center);
+        if (shadow.MakeCurrent()) {
+            DrawPass pass{DrawKind::kDepth};
+            pass.stroking = owner_->IsStroking();
+            for (LGLVoxel& voxel : voxels_) voxel.Draw(*this, pass);
+            shadow.ResetCurrent();
+        }
+    }
+    view.endGL();
+}
+
+void MLDisplayCache::UnBindLightDepth() {
+    BindNothing(0);
+}
+
+void MLDisplayCache::RenderAndBindSSAO(const MDrawRequest& request, M3dView& view) {
+    Draw draw;
+    view.beginGL();
+    Shared& all = shared();
+    if (GLUse() && Begin(request, view, draw)) {
+        LPoint3 min, max;
+        GetBBox(min, max);
+        MBoundingBox box(MPoint(min.x, min.y, min.z), MPoint(max.x, max.y, max.z));
+        box.transformUsing(Current(GL_MODELVIEW_MATRIX));
+        const auto one = static_cast<float>(-box.min().z), other = static_cast<float>(-box.max().z);
+        all.ssaodepthGLSL.SetFarNear(std::max(one, other), std::min(one, other));
+        if (all.ssaodepth.MakeCurrent()) {
+            if (all.ssaodepthGLSL.UseProgram()) {
+                DrawPass pass{DrawKind::kDepth, &draw.projection};
+                pass.stroking = owner_->IsStroking();
+                for (LGLVoxel& voxel : voxels_) voxel.Draw(*this, pass);
+                all.ssaodepthGLSL.UnUseProgram();
+            }
+            all.ssaodepth.ResetCurrent();
+        }
+        if (!all.ssaoGLSL.IsLoaded()) all.ssaoGLSL.LoadShaders();
+        all.ssaoGLSL.SetRadius(settings_.ssaoRadius);
+        all.ssaoGLSL.SetSamples(settings_.ssaoSamples);
+        if (all.ssao.MakeCurrent()) {
+            all.ssaodepth.ActivateTexture(1);
+            if (all.ssaoGLSL.UseProgram()) {
+                glBegin(GL_QUADS);
+                for (const auto& [x, y] :
+                     {std::pair{-1.f, -1.f}, {1.f, -1.f}, {1.f, 1.f}, {-1.f, 1.f}})
+                    glVertex3f(x, y, -1);
+                glEnd();
+                all.ssaoGLSL.UnUseProgram();
+            }
+            BindNothing(1);
+            all.ssao.ResetCurrent();
+        }
+    }
+    view.endGL();
+}
+
+void MLDisplayCache::UnBindSSAO() {
+    BindNothing(1);
+}
+
+ScreenRect MLDisplayCache::GetDirtyBox2D(const M3dView& view, const MDrawRequest& request) const {
+    const int width = view.portWidth(), height = view.portHeight();
+    const ScreenProjection projection{ToClip(view, request), width, height};
+    ScreenRect rect;
+    for (int i = 0; i < 2; ++i) {
+        LPoint3 min, max;
+        if (!GetDirtyBox(i, min, max)) continue;
+        rect.Join(projection.Of(min, max));
+        if (!settings_.shadow || !bbox_.valid) continue;
+        // A shadow falls away from the light, no farther than the object reaches; its edge is soft.
+        const LPoint3 size = bbox_.max - bbox_.min;
+        MMatrix modelView;
+        view.modelViewMatrix(modelView);
+        const MVector fall =
+            -(LightDir(settings_) * (request.multiPath().inclusiveMatrix() * modelView).inverse())
+                 .normal() *
+            (1.2 * MVector(size.x, size.y, size.z).length());
+        const auto soft = static_cast<float>(0.04 * MVector(size.x, size.y, size.z).length());
+        LPoint3 low = min, high = max;
+        const float by[3] = {static_cast<float>(fall.x), static_cast<float>(fall.y),
+                             static_cast<float>(fall.z)};
+        float* lows[3] = {&low.x, &low.y, &low.z};
+        float* highs[3] = {&high.x, &high.y, &high.z};
+        for (int axis = 0; axis < 3; ++axis) {
+            *lows[axis] += std::min(by[axis], 0.f) - soft;
+            *highs[axis] += std::max(by[axis], 0.f) + soft;
+        }
+        const LPoint3 boxMin = bbox_.min - LPoint3(soft, soft, soft),
+                      boxMax = bbox_.max + LPoint3(soft, soft, soft);
+        low = {std::max(low.x, boxMin.x), std::max(low.y, boxMin.y), std::max(low.z, boxMin.z)};
+        high = {std::min(high.x, boxMax.x), std::min(high.y, boxMax.y), std::min(high.z, boxMax.z)};
+        rect.Join(projection.Of(low, high));
+    }
+    if (rect.IsEmpty() || !settings_.ssao) return rect;
+    // As far as a tap of the occlusion, and then of its blur, reaches. Two texels of its maps more,
+    // since what lies between texels is a mean.
+    const auto reach = [&](int size) {
+        return std::max(4, static_cast<int>(static_cast<float>(size * settings_.ssaoSamples) *
+                                            settings_.ssaoRadius * 0.5f)) +
+               static_cast<int>(std::ceil(size * (0.004 + 2.0 / 512)));
+    };
+    return rect.Grown(reach(width), reach(height), width, height);
+}
+
+namespace {
+
+void Segment(const LPoint3& from, const LPoint3& to) {
+    glVertex3f(from.x, from.y, from.z);
+    glVertex3f(to.x, to.y, to.z);
+}
+
+}  // namespace
+
+void MLDisplayCache::DrawNormals(const MDrawRequest& request, M3dView& view) {
+    Draw draw;
+    view.beginGL();
+    if (Begin(request, view, draw)) {
+        const KeptState kept;
+        LPoint3 min, max;
+        GetBBox(min, max);
+        const LPoint3 size = max - min;
+        const auto length = static_cast<float>(0.01 * MVector(size.x, size.y, size.z).length());
+        glDisable(GL_LIGHTING);
+        glColor3f(0.2f, 0.35f, 0.9f);
+        glBegin(GL_LINES);
+        for (int v = 0; v < nverts_; ++v)
+            Segment(GetVertex(v), GetVertex(v) + GetVNormal(v) * length);
+        glEnd();
+    }
+    view.endGL();
+}
+
+void MLDisplayCache::DrawVectors(const MDrawRequest& request, M3dView& view) {
+    Draw draw;
+    view.beginGL();
+    if (Begin(request, view, draw)) {
+        const KeptState kept;
+        const LPoint3* base = object_->GetAllVertsPtr();
+        glDisable(GL_LIGHTING);
+        glColor3f(0.9f, 0.6f, 0.1f);
+        glBegin(GL_LINES);
+        for (int v = 0; v < nverts_; ++v) Segment(base[v], GetVertex(v));
+        glEnd();
+    }
+    view.endGL();
+}
+
+void MLDisplayCache::DrawSkin(const MDrawRequest& request, M3dView& view) {
+    Draw draw;
+    view.beginGL();
+    if (Begin(request, view, draw)) {
+        const KeptState kept;
+        const LPoint3* base = object_->GetAllVertsPtr();
+        const bool solid = settings_.underSkinSolid;
+        glDisable(GL_LIGHTING);
+        glColor3f(0.55f, 0.40f, 0.36f);
+        glBegin(solid ? GL_TRIANGLES : GL_LINES);
+        for (const LFace& face : topology_->Faces())
+            for (int e = 0; e < 3; ++e) {
+                const LPoint3& p = base[face.v[e]];
+                if (solid)
+                    glVertex3f(p.x, p.y, p.z);
+                else if (face.IsEdgeVisible(e))
+                    Segment(p, base[face.v[(e + 1) % 3]]);
+            }
+        glEnd();
+    }
+    view.endGL();
+}
+
+}  // namespace VantrelSDK

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace VantrelSDK {
+
+// The texts of the shaders, GLSL 1.10.
+
+/// The mean of 8 x 8 taps.
+extern const char kBlur8x8[];
+/// The ways to filter a shadow, from the hardest to the softest, and the blur of the occlusion.
+std::string ShadowFilters();
+
+/// The sculpted surface, its lines too. The fragment shader is the header, ShadowFilters and main.
+extern const char kSurfaceVertex[], kSurfaceHeader[], kSurfaceMain[];
+/// Depth from the camera in 16 bits, in red and green; alpha 0 off the surface.
+extern const char kDepthVertex[], kDepthFragment[];
+/// How much of what is around a pixel lies before it.
+extern const char kOcclusionVertex[], kOcclusionFragment[];
+
+}  // namespace VantrelSDK
