@@ -14,6 +14,8 @@ namespace VantrelSDK {
 #include "host/gl/GLFunctions.def"
 #undef GL_FUNCTION
 
+PFNGLBLITFRAMEBUFFEREXTPROC glBlitFramebufferEXT = nullptr;
+
 namespace {
 
 bool initialised = false, useGL = false;
@@ -90,6 +92,8 @@ bool InitGLFunctionPointers() {
     }
 #include "host/gl/GLFunctions.def"
 #undef GL_FUNCTION
+    glBlitFramebufferEXT =
+        reinterpret_cast<PFNGLBLITFRAMEBUFFEREXTPROC>(resolve("glBlitFramebufferEXT"));
     initialised = true;
     return useGL = all;
 }

@@ -13,6 +13,9 @@ namespace VantrelSDK {
 #include "host/gl/GLFunctions.def"
 #undef GL_FUNCTION
 
+/// Copies pixels between frame buffers; null where the driver does not, which is no failure.
+extern PFNGLBLITFRAMEBUFFEREXTPROC glBlitFramebufferEXT;
+
 /// Where an entry point is found by name; null for one that is missing.
 using GLResolver = void* (*)(const char* name);
 /// What InitGLFunctionPointers asks; null for the driver's own.

@@ -52,15 +52,15 @@ bool KelmoSurfaceShapeUI::m_dopix = false;
 
 bool KelmoSurfaceShapeUI::IsDirty(const MDrawInfo& info, KelmoSurfaceCallback& callback,
                                   const DisplaySettings& settings) {
-    Look look{settings, callback.getDisplayLvl(), info.projectionMatrix(), {}};
-    info.view().modelViewMatrix(look.modelView);
-    look.modelView = info.inclusiveMatrix() * look.modelView;
+    MLDisplayCache* cache = callback.cache();
+    const Look look{settings, callback.getDisplayLvl()};
     const bool stroking = callback.getIsStroking();
     const bool full = !(look == last_) || (wasStroking_ && !stroking) || callback.getDisplayDirty();
     last_ = look;
     wasStroking_ = stroking;
     callback.setDisplayDirty(false);
-    return m_dopix && !full && callback.cache() && callback.cache()->HasCacheFor(info.view());
+    if (full && cache) cache->DropCaches();
+    return m_dopix && cache && cache->HasCacheFor(info.view(), info.inclusiveMatrix());
 }
 
 void KelmoSurfaceShapeUI::getDrawRequests(const MDrawInfo& info, bool, MDrawRequestQueue& queue) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <maya/MMatrix.h>
 #include <maya/MPxSurfaceShapeUI.h>
 
 #include "host/gl/DisplaySettings.h"
@@ -23,11 +22,10 @@ class KelmoSurfaceShapeUI : public MPxSurfaceShapeUI {
     static bool m_dopix;
 
   private:
-    /// What a picture depends on beside the surface.
+    /// What a picture depends on beside the surface and the view.
     struct Look {
         DisplaySettings settings;
         int level = -1;
-        MMatrix projection, modelView;
         bool operator==(const Look&) const = default;
     };
 

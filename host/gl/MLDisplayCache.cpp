@@ -24,6 +24,11 @@ void MLDisplayCache::CalcAll() {
     bbox_.valid = grown_.valid = false;
 }
 
+void MLDisplayCache::Clear(bool all) {
+    if (dirtyBoxDrawn_) ++step_;
+    LDisplayCache::Clear(all);
+}
+
 void MLDisplayCache::CalcChanged(bool vertNormals) {
     LDisplayCache::CalcChanged(vertNormals);
     // Who has not drawn yet has nothing to draw anew.
@@ -106,6 +111,7 @@ size_t MLDisplayCache::SelectionMark() const {
 
 void MLDisplayCache::Refresh() {
     FreeDrawLists();
+    MLScreenCache::FreeFrames();
     const Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(),
                           settings_.shaders && GLUse()};
     // Nobody selects or hides inside a stroke.
@@ -141,6 +147,7 @@ void MLDisplayCache::GetBBox(LPoint3& min, LPoint3& max) {
 }
 
 MLScreenCache& MLDisplayCache::getCacheForView(const M3dView& view) {
+    std::erase_if(viewCaches_, [](const MLScreenCache& cache) { return !cache.IsOfScene(); });
     for (MLScreenCache& cache : viewCaches_)
         if (cache.IsThisCam(view)) return cache;
     MDagPath camera;
@@ -148,8 +155,13 @@ MLScreenCache& MLDisplayCache::getCacheForView(const M3dView& view) {
     return viewCaches_.emplace_back(camera);
 }
 
-bool MLDisplayCache::HasCacheFor(const M3dView& view) {
-    return getCacheForView(view).Fits(view);
+bool MLDisplayCache::HasCacheFor(const M3dView& view, const MMatrix& toWorld) {
+    const MLScreenCache& cache = getCacheForView(view);
+    return cache.Shows(view, ToClip(view, toWorld)) && step_ - cache.step() <= 1;
+}
+
+void MLDisplayCache::DropCaches() {
+    for (MLScreenCache& cache : viewCaches_) cache.Drop();
 }
 
 MLDisplayCache::Shared& MLDisplayCache::shared() {

@@ -28,6 +28,7 @@ class MLDisplayCache : public LDisplayCache {
     ~MLDisplayCache() override;
 
     void Init(LSubdivMeshI* object, LSubdivMeshI* delta) override;
+    void Clear(bool all) override;
     void CalcChanged(bool vertNormals) override;
     void CalcAll() override;
     void InvalidateVoxels() override;
@@ -65,8 +66,11 @@ class MLDisplayCache : public LDisplayCache {
     void GetBBox(LPoint3& min, LPoint3& max);
     /// The picture of a view; made where there is none.
     MLScreenCache& getCacheForView(const M3dView& view);
-    /// A picture of this view's camera and size.
-    bool HasCacheFor(const M3dView& view);
+    /// The picture of a view is one that what has changed can be drawn into: seen in the same way,
+    /// and taken since the step before.
+    bool HasCacheFor(const M3dView& view, const MMatrix& toWorld);
+    /// All pictures are of something else.
+    void DropCaches();
 
     // What voxels ask.
 
@@ -139,6 +143,8 @@ class MLDisplayCache : public LDisplayCache {
     size_t selectionMark_ = 0;
     Box bbox_, grown_;
     std::vector<MLScreenCache> viewCaches_;
+    /// Counts the moves of the dirty boxes.
+    unsigned step_ = 0;
     CornerArrays scratch_;
 };
 

@@ -50,13 +50,6 @@ void BindNothing(int unit) {
     if (GLUse()) glActiveTexture(GL_TEXTURE0);
 }
 
-MMatrix ToClip(const M3dView& view, const MDrawRequest& request) {
-    MMatrix modelView, projection;
-    view.modelViewMatrix(modelView);
-    view.projectionMatrix(projection);
-    return request.multiPath().inclusiveMatrix() * modelView * projection;
-}
-
 bool IsMultisampled() {
     GLint buffers = 0;
     glGetIntegerv(GL_SAMPLE_BUFFERS, &buffers);
@@ -87,7 +80,8 @@ LColor MLDisplayCache::ColorOf(int v, DrawKind kind) const {
 bool MLDisplayCache::Begin(const MDrawRequest& request, const M3dView& view, Draw& draw) {
     if (!owner_ || !owner_->IsSculpting() || !object_ || !createVoxels()) return false;
     Refresh();
-    draw.projection = {ToClip(view, request), view.portWidth(), view.portHeight()};
+    draw.projection = {ToClip(view, request.multiPath().inclusiveMatrix()), view.portWidth(),
+                       view.portHeight()};
     draw.selection = selectionMark_ != 0 && owner_->lobject()->HasFacesSelected();
     if (draw.dirty) draw.rect = GetDirtyBox2D(view, request);
     return true;
@@ -97,9 +91,9 @@ void MLDisplayCache::Finish(const MDrawRequest& request, const M3dView& view, co
     // Pictures are kept only where pixels can be put back as they were.
     if (LNode::prefDoPix != 1 || !GLUse() || IsMultisampled()) return;
     if (draw.dirty && (request.token() & kCompose)) {
-        if (getCacheForView(view).Compose(view, draw.rect)) SetDirtyBoxDrawn();
+        if (getCacheForView(view).Compose(view, draw.rect, step_)) SetDirtyBoxDrawn();
     } else if (request.token() & kKeep) {
-        getCacheForView(view).ReadCaches(view);
+        getCacheForView(view).ReadCaches(view, draw.projection.toClip, step_);
     }
 }
 
@@ -308,7 +302,8 @@ void MLDisplayCache::UnBindSSAO() {
 
 ScreenRect MLDisplayCache::GetDirtyBox2D(const M3dView& view, const MDrawRequest& request) const {
     const int width = view.portWidth(), height = view.portHeight();
-    const ScreenProjection projection{ToClip(view, request), width, height};
+    const ScreenProjection projection{ToClip(view, request.multiPath().inclusiveMatrix()), width,
+                                      height};
     ScreenRect rect;
     for (int i = 0; i < 2; ++i) {
         LPoint3 min, max;

@@ -2,7 +2,8 @@
 
 #include <maya/MGlobal.h>
 
-#include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "host/gl/GLFunctions.h"
 
@@ -10,33 +11,75 @@ namespace VantrelSDK {
 
 namespace {
 
-/// Copies pixels as they are, whatever was set before.
-class PlainPixels {
+struct Frame {
+    unsigned frame, color, depth;
+};
+
+std::vector<Frame>& Unused() {
+    static std::vector<Frame> frames;
+    return frames;
+}
+
+void Copy(GLuint from, GLuint to, const ScreenRect& rect) {
+    glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, from);
+    glBindFramebufferEXT(GL_DRAW_FRAMEBUFFER_EXT, to);
+    glBlitFramebufferEXT(rect.x0, rect.y0, rect.x1, rect.y1, rect.x0, rect.y0, rect.x1, rect.y1,
+                         GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT, GL_NEAREST);
+}
+
+/// What is drawn into, bound again when it goes; pixels are copied as they are in between.
+class BoundFrame {
   public:
-    PlainPixels() {
-        glPushAttrib(GL_ENABLE_BIT | GL_DEPTH_BUFFER_BIT | GL_COLOR_BUFFER_BIT | GL_CURRENT_BIT |
-                     GL_TEXTURE_BIT);
-        glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-        glPixelStorei(GL_PACK_ALIGNMENT, 4);
-        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-        for (const GLenum state : {GL_LIGHTING, GL_BLEND, GL_LINE_SMOOTH, GL_SCISSOR_TEST,
-                                   GL_ALPHA_TEST, GL_STENCIL_TEST, GL_DITHER, GL_FOG})
-            glDisable(state);
-        for (const GLenum unit : {GL_TEXTURE2, GL_TEXTURE1, GL_TEXTURE0}) {
-            glActiveTexture(unit);
-            glDisable(GL_TEXTURE_2D);
+    BoundFrame() {
+        GLint bound = 0;
+        glGetIntegerv(GL_FRAMEBUFFER_BINDING_EXT, &bound);
+        frame_ = static_cast<GLuint>(bound);
+        glPushAttrib(GL_ENABLE_BIT);
+        glDisable(GL_SCISSOR_TEST);
+        while (glGetError() != GL_NO_ERROR) {
         }
-        glUseProgram(0);
     }
-    ~PlainPixels() {
-        glPopClientAttrib();
+    ~BoundFrame() {
+        glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, frame_);
         glPopAttrib();
     }
-    PlainPixels(const PlainPixels&) = delete;
-    PlainPixels& operator=(const PlainPixels&) = delete;
+    BoundFrame(const BoundFrame&) = delete;
+    BoundFrame& operator=(const BoundFrame&) = delete;
+
+    GLuint name() const { return frame_; }
+
+  private:
+    GLuint frame_;
 };
 
 }  // namespace
+
+MLScreenCache::~MLScreenCache() {
+    if (frame_) Unused().push_back({frame_, color_, depth_});
+}
+
+MLScreenCache& MLScreenCache::operator=(MLScreenCache&& other) noexcept {
+    camPath = other.camPath;
+    toClip_ = other.toClip_;
+    step_ = other.step_;
+    valid_ = std::exchange(other.valid_, false);
+    std::swap(width_, other.width_);
+    std::swap(height_, other.height_);
+    std::swap(frame_, other.frame_);
+    std::swap(color_, other.color_);
+    std::swap(depth_, other.depth_);
+    return *this;
+}
+
+void MLScreenCache::FreeFrames() {
+    if (GLUse())
+        for (Frame& f : Unused()) {
+            glDeleteFramebuffersEXT(1, &f.frame);
+            glDeleteRenderbuffersEXT(1, &f.color);
+            glDeleteRenderbuffersEXT(1, &f.depth);
+        }
+    Unused().clear();
+}
 
 bool MLScreenCache::IsThisCam(const M3dView& view) const {
     MDagPath camera;
@@ -44,59 +87,53 @@ bool MLScreenCache::IsThisCam(const M3dView& view) const {
 }
 
 bool MLScreenCache::Fits(const M3dView& view) const {
-    return HasCache() && width_ == view.portWidth() && height_ == view.portHeight();
+    return valid_ && width_ == view.portWidth() && height_ == view.portHeight();
 }
 
-void MLScreenCache::Read(Pixels& to, const ScreenRect& rect) {
-    const size_t count = static_cast<size_t>(rect.Width()) * static_cast<size_t>(rect.Height());
-    to.color.resize(count);
-    to.depth.resize(count);
-    glReadPixels(rect.x0, rect.y0, rect.Width(), rect.Height(), GL_BGRA, GL_UNSIGNED_BYTE,
-                 to.color.data());
-    glReadPixels(rect.x0, rect.y0, rect.Width(), rect.Height(), GL_DEPTH_COMPONENT, GL_UNSIGNED_INT,
-                 to.depth.data());
+bool MLScreenCache::Shows(const M3dView& view, const MMatrix& toClip) const {
+    return Fits(view) && toClip == toClip_;
 }
 
-void MLScreenCache::Write(const Pixels& from, const ScreenRect& rect) {
-    glWindowPos2i(rect.x0, rect.y0);
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
-    glDisable(GL_DEPTH_TEST);
-    glDrawPixels(rect.Width(), rect.Height(), GL_BGRA, GL_UNSIGNED_BYTE, from.color.data());
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_ALWAYS);
-    glDepthMask(GL_TRUE);
-    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
-    glDrawPixels(rect.Width(), rect.Height(), GL_DEPTH_COMPONENT, GL_UNSIGNED_INT,
-                 from.depth.data());
-    glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
+bool MLScreenCache::Resize(int width, int height) {
+    if (frame_ && width == width_ && height == height_) return true;
+    if (frame_) Unused().push_back({frame_, color_, depth_});
+    FreeFrames();
+    width_ = width;
+    height_ = height;
+    glGenFramebuffersEXT(1, &frame_);
+    glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, frame_);
+    const auto attach = [&](unsigned& name, GLenum format, std::initializer_list<GLenum> places) {
+        glGenRenderbuffersEXT(1, &name);
+        glBindRenderbufferEXT(GL_RENDERBUFFER_EXT, name);
+        glRenderbufferStorageEXT(GL_RENDERBUFFER_EXT, format, width, height);
+        for (const GLenum place : places)
+            glFramebufferRenderbufferEXT(GL_FRAMEBUFFER_EXT, place, GL_RENDERBUFFER_EXT, name);
+    };
+    attach(color_, GL_RGBA8, {GL_COLOR_ATTACHMENT0_EXT});
+    attach(depth_, GL_DEPTH24_STENCIL8_EXT, {GL_DEPTH_ATTACHMENT_EXT, GL_STENCIL_ATTACHMENT_EXT});
+    return glCheckFramebufferStatusEXT(GL_FRAMEBUFFER_EXT) == GL_FRAMEBUFFER_COMPLETE_EXT;
 }
 
-void MLScreenCache::ReadCaches(const M3dView& view) {
-    const PlainPixels plain;
-    width_ = view.portWidth();
-    height_ = view.portHeight();
-    Read(cache_, {0, 0, width_, height_});
+void MLScreenCache::ReadCaches(const M3dView& view, const MMatrix& toClip, unsigned step) {
+    const BoundFrame bound;
+    toClip_ = toClip;
+    step_ = step;
+    valid_ = false;
+    if (!glBlitFramebufferEXT || !Resize(view.portWidth(), view.portHeight())) return;
+    Copy(bound.name(), frame_, {0, 0, width_, height_});
+    valid_ = glGetError() == GL_NO_ERROR;
 }
 
-bool MLScreenCache::Compose(const M3dView& view, const ScreenRect& drawn) {
+bool MLScreenCache::Compose(const M3dView& view, const ScreenRect& drawn, unsigned step) {
     if (!Fits(view)) {
         MGlobal::displayError("MLScreenCache: can not write buffers - size mismatch.");
         return false;
     }
-    const PlainPixels plain;
-    if (!drawn.IsEmpty()) {
-        Read(buffer_, drawn);
-        const auto row = static_cast<size_t>(drawn.Width());
-        for (int y = 0; y < drawn.Height(); ++y) {
-            const size_t from = static_cast<size_t>(y) * row;
-            const size_t to = static_cast<size_t>(drawn.y0 + y) * static_cast<size_t>(width_) +
-                              static_cast<size_t>(drawn.x0);
-            std::copy_n(buffer_.color.data() + from, row, cache_.color.data() + to);
-            std::copy_n(buffer_.depth.data() + from, row, cache_.depth.data() + to);
-        }
-    }
-    Write(cache_, {0, 0, width_, height_});
-    return true;
+    const BoundFrame bound;
+    if (!drawn.IsEmpty()) Copy(bound.name(), frame_, drawn);
+    Copy(frame_, bound.name(), {0, 0, width_, height_});
+    step_ = step;
+    return valid_ = glGetError() == GL_NO_ERROR;
 }
 
 }  // namespace VantrelSDK

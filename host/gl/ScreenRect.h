@@ -1,5 +1,6 @@
 #pragma once
 
+#include <maya/M3dView.h>
 #include <maya/MMatrix.h>
 
 #include <algorithm>
@@ -31,6 +32,14 @@ struct ScreenRect {
                 std::min(y1 + up, height)};
     }
 };
+
+/// A view's world, seen from a place in it, to clip space.
+inline MMatrix ToClip(const M3dView& view, const MMatrix& toWorld) {
+    MMatrix modelView, projection;
+    view.modelViewMatrix(modelView);
+    view.projectionMatrix(projection);
+    return toWorld * modelView * projection;
+}
 
 /// How a view shows the coordinates of a surface.
 struct ScreenProjection {

@@ -32,10 +32,6 @@ void Turn(DagNode& camera, const NamedView& view) {
     Write(*camera.FindSlot("orthographic"), view.flat ? 1.0 : 0.0);
 }
 
-bool IsInScene(const DagNode& camera) {
-    return Host::Get().scene.Find(camera.Path()).get() == &camera;
-}
-
 }  // namespace
 
 MBoundingBox VisibleBounds(DagNode& node) {
@@ -62,7 +58,7 @@ std::string Views::Begin() {
 
 void Views::Tidy() {
     std::erase_if(views_, [this](const Entry& entry) {
-        const bool gone = !IsInScene(*entry.view->camera());
+        const bool gone = !entry.view->camera()->isInScene();
         if (gone && active_ == entry.view.get()) active_ = nullptr;
         return gone;
     });
