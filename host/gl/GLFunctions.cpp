@@ -15,6 +15,7 @@ namespace VantrelSDK {
 #undef GL_FUNCTION
 
 PFNGLBLITFRAMEBUFFEREXTPROC glBlitFramebufferEXT = nullptr;
+PFNGLBINDATTRIBLOCATIONPROC glBindAttribLocation = nullptr;
 
 namespace {
 
@@ -94,6 +95,8 @@ bool InitGLFunctionPointers() {
 #undef GL_FUNCTION
     glBlitFramebufferEXT =
         reinterpret_cast<PFNGLBLITFRAMEBUFFEREXTPROC>(resolve("glBlitFramebufferEXT"));
+    glBindAttribLocation =
+        reinterpret_cast<PFNGLBINDATTRIBLOCATIONPROC>(resolve("glBindAttribLocation"));
     initialised = true;
     return useGL = all;
 }

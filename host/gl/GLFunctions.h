@@ -15,6 +15,8 @@ namespace VantrelSDK {
 
 /// Copies pixels between frame buffers; null where the driver does not, which is no failure.
 extern PFNGLBLITFRAMEBUFFEREXTPROC glBlitFramebufferEXT;
+/// Null where the driver chooses the places of attributes.
+extern PFNGLBINDATTRIBLOCATIONPROC glBindAttribLocation;
 
 /// Where an entry point is found by name; null for one that is missing.
 using GLResolver = void* (*)(const char* name);

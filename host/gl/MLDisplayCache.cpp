@@ -181,7 +181,6 @@ bool MLDisplayCache::InitGLSL(bool force) {
     all.shadow.Init();
     all.ssaodepth.Init();
     all.ssao.Init();
-    all.smoothShadowedGLSL.LoadShaders();
     all.ssaodepthGLSL.LoadShaders();
     return all.glslLoaded = true;
 }

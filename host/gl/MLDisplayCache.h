@@ -91,7 +91,7 @@ class MLDisplayCache : public LDisplayCache {
     // What all caches share.
 
     struct Shared {
-        bool glslLoaded = false, glslFailed = false;
+        bool glslLoaded = false;
         glslShadowFBO shadow;
         glslSSAOdepthFBO ssaodepth;
         glslSSAO_FBO ssao;

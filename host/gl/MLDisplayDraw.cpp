@@ -136,11 +136,9 @@ void MLDisplayCache::SetUniforms(const M3dView& view, glslShadowedProgram::Mode 
 void MLDisplayCache::Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode) {
     glslShadowedProgram& program = shared().smoothShadowedGLSL;
     for (int other = 0; other < (draw.selection ? 2 : 1); ++other) {
-        if (compiled_.glsl && program.IsLoaded()) {
-            program.SetSelected(other == 0);
-            program.SetMode(mode);
-            program.UseProgram();
-        } else {
+        program.SetSelected(other == 0);
+        program.SetMode(mode);
+        if (!compiled_.glsl || !program.UseProgram()) {
             glMaterialfv(GL_FRONT, GL_DIFFUSE, colors[other]);
             glColor3fv(colors[other]);
         }

@@ -76,10 +76,15 @@ bool glslGenericProgram::Load(const std::string& vertex, const std::string& frag
         program = glCreateProgram();
         glAttachShader(program, vShader);
         glAttachShader(program, fShader);
+        BeforeLink();
         return linkProgram() || Refuse("Kelmo GLSL: can not link program\n");
     }();
     if (!loaded) UnLoadShaders();
     return loaded;
+}
+
+void glslGenericProgram::PlaceAttribute(unsigned place, const char* name) {
+    if (glBindAttribLocation) glBindAttribLocation(program, place, name);
 }
 
 bool glslGenericProgram::compileShader(unsigned shader, Report kind, const std::string& source) {

@@ -51,6 +51,9 @@ class glslGenericProgram : public glslShader {
     int GetNumLights() const { return numLights; }
 
   protected:
+    /// Says, before the program is linked, where an attribute is to be.
+    void PlaceAttribute(unsigned place, const char* name);
+    virtual void BeforeLink() {}
     virtual std::string VertexSource() const = 0;
     virtual std::string FragmentSource() const = 0;
     /// Uploads what the shaders read; whether all of it was found.

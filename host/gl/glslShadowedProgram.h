@@ -1,14 +1,28 @@
 #pragma once
 
+#include <map>
+#include <memory>
+
 #include "host/gl/glslShader.h"
 
 namespace VantrelSDK {
 
-/// Draws the surface without a texture: light, shadow, occlusion, vertex colour, stencil.
+/// Draws the surface without a texture: light, shadow, occlusion, vertex colour, stencil. For each
+/// filter, with occlusion and without, there is a program of its own, loaded at its first use.
 class glslShadowedProgram : public glslGenericProgram {
   public:
     /// What is drawn: its colours differ.
     enum Mode { kSurface, kIsoLines, kWireframe };
+    /// Of the vertex attribute, in all programs.
+    static constexpr int kStencilLoc = 7;
+
+    glslShadowedProgram();
+    ~glslShadowedProgram() override;
+
+    bool LoadShaders() override;
+    using glslGenericProgram::LoadShaders;
+    void UnLoadShaders() override;
+    bool UseProgram() override;
 
     /// In taps an axis; the table of filters picks the one to use.
     void SetFilterSize(float size) { filterSize = size; }
@@ -28,15 +42,25 @@ class glslShadowedProgram : public glslGenericProgram {
     void SetMode(int which) { mode = which; }
     void SetOpacity(float value) { opacity = value; }
     void SetBboxExtent(float extent) { bboxext = extent; }
-    /// Of the vertex attribute; -1 before the program was in use.
-    int GetStencilLoc() const { return stencilLoc; }
+    int GetStencilLoc() const { return kStencilLoc; }
 
   protected:
     std::string VertexSource() const override;
+    /// Of the program that is due.
     std::string FragmentSource() const override;
-    bool setupUniformVariables() override;
+    bool setupUniformVariables() override { return true; }
 
   private:
+    class Variant;
+    struct Filter;
+    static const Filter kFilters[];
+
+    const Filter* ChooseFilter() const;
+    int Key() const;
+    Variant& Due() const;
+    void Fill(Upload& to) const;
+
+    mutable std::map<int, std::unique_ptr<Variant>> variants_;
     float filterSize = 5;
     bool useSpeculars = true, useDiffuse = true, useShadow = true, useSSAO = false;
     float viewWidth = 512, viewHeight = 512;
@@ -44,7 +68,7 @@ class glslShadowedProgram : public glslGenericProgram {
     bool selected = true;
     int mode = kSurface;
     float opacity = 1, stencilTexOpac = 0.2f, bboxext = 1;
-    int stenciluvch = 0, stencilLoc = -1;
+    int stenciluvch = 0;
 };
 
 }  // namespace VantrelSDK

@@ -86,15 +86,12 @@ void main(){
 }
 )";
 
-const char kSurfaceHeader[] = R"(uniform int useShadow;
-uniform int useDiffuse;
+const char kSurfaceHeader[] = R"(uniform int useDiffuse;
 uniform int useSpecular;
 uniform int useSelected;
 uniform int mode;
 uniform float opac;
-uniform float filterSize;
 uniform sampler2D shadowTex;
-uniform int useSSAO;
 uniform float viewWidth;
 uniform float viewHeight;
 uniform sampler2D ssaoTex;
@@ -134,31 +131,19 @@ const char kSurfaceMain[] = R"(void main(){
     D = 1.0;
   }
   float ssao = 1.0;
-  if(useSSAO != 0){
-    vec2  uv = gl_FragCoord.xy;
-    uv.x /= viewWidth;
-    uv.y /= viewHeight;
-    ssao = 0.25 + 0.75*blur8x8flat(uv,0.001, ssaoTex);
-    ssao *= 1.15;
-    if (ssao>1.0) ssao=1.0;
-  }
+#ifdef USE_SSAO
+  vec2  uv = gl_FragCoord.xy;
+  uv.x /= viewWidth;
+  uv.y /= viewHeight;
+  ssao = 0.25 + 0.75*blur8x8flat(uv,0.001, ssaoTex);
+  ssao *= 1.15;
+  if (ssao>1.0) ssao=1.0;
+#endif
   float shadow = 1.0;
-  if(useShadow != 0){
-    if(filterSize < 2.0){
-      shadow = noFilter(shuv, 0.00097656, shadowTex);
-    } else if(filterSize < 3.0){
-      shadow = filter2x2flat(shuv, 0.00097656, shadowTex);
-    } else if(filterSize < 6.0){
-      shadow = filter5x5flat(shuv, 0.00097656, shadowTex);
-    } else if(filterSize < 9.0){
-      shadow = filter8x8flat(shuv, 0.00097656, shadowTex);
-    } else if(filterSize < 13.0){
-      shadow = filter12x12flat(shuv, 0.00097656, shadowTex);
-    } else {
-      shadow = filter18x18flat(shuv, 0.00097656, shadowTex);
-    }
-    shadow=shadow*.4+.6;
-  }
+#ifdef SHADOW_FILTER
+  shadow = SHADOW_FILTER(shuv, 0.00097656, shadowTex);
+  shadow=shadow*.4+.6;
+#endif
   C = D*shadow*C*ssao*(1.0-A)+A*shadow*ssao;
   if(useSpecular != 0){
     vec3 R = reflect(lightDir, N);
