@@ -179,6 +179,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             LMeshBasesUV2 bases(nullptr);
             OneObject(d, n, static_cast<LMeshBases&>(bases));
         },
+        [](const uint8_t* d, size_t n) {
+            LColorDelta colours(&CubeNode());
+            OneObject(d, n, colours);
+        },
     };
     if (size > 0) kRecords[data[0] % std::size(kRecords)](data + 1, size - 1);
     return 0;
