@@ -23,8 +23,10 @@ std::vector<Frame>& Unused() {
 void Copy(GLuint from, GLuint to, const ScreenRect& rect) {
     glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, from);
     glBindFramebufferEXT(GL_DRAW_FRAMEBUFFER_EXT, to);
+    // With the stencil, which lies with the depth, drivers copy memory as it is.
     glBlitFramebufferEXT(rect.x0, rect.y0, rect.x1, rect.y1, rect.x0, rect.y0, rect.x1, rect.y1,
-                         GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT, GL_NEAREST);
+                         GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT,
+                         GL_NEAREST);
 }
 
 /// What is drawn into, bound again when it goes; pixels are copied as they are in between.

@@ -21,7 +21,8 @@ class glslShadowedProgram::Variant : public glslGenericProgram {
         : front_(front),
           fragment_(front.FragmentSource()),
           occluded_(front.useSSAO),
-          shadowed_(front.useShadow) {}
+          shadowed_(front.useShadow),
+          stenciled_(front.useStencilTex) {}
 
     /// The first time loads it; one that can't be is not tried again.
     bool Use() {
@@ -44,13 +45,18 @@ class glslShadowedProgram::Variant : public glslGenericProgram {
             to.Float("viewHeight", front_.viewHeight, "uniform variable 'viewHeight' not found.");
             to.Int("ssaoTex", 1, "uniform variable 'ssaoTex' not found.");
         }
+        if (stenciled_) {
+            to.Int("stencilTex", 2, "uniform variable 'stencilTex' not found\n");
+            to.Float("stencilTexOpac", front_.stencilTexOpac,
+                     "uniform variable 'stencilTexOpac' not found\n");
+        }
         return to.Done();
     }
 
   private:
     const glslShadowedProgram& front_;
     std::string fragment_;
-    bool occluded_, shadowed_, tried_ = false;
+    bool occluded_, shadowed_, stenciled_, tried_ = false;
 };
 
 glslShadowedProgram::glslShadowedProgram() = default;
@@ -64,7 +70,7 @@ const glslShadowedProgram::Filter* glslShadowedProgram::ChooseFilter() const {
 
 int glslShadowedProgram::Key() const {
     const int filter = useShadow ? static_cast<int>(ChooseFilter() - kFilters) + 1 : 0;
-    return filter * 2 + (useSSAO ? 1 : 0);
+    return filter * 4 + (useSSAO ? 2 : 0) + (useStencilTex ? 1 : 0);
 }
 
 glslShadowedProgram::Variant& glslShadowedProgram::Due() const {
@@ -81,6 +87,7 @@ std::string glslShadowedProgram::FragmentSource() const {
     std::string text;
     if (useShadow) text += std::string("#define SHADOW_FILTER ") + ChooseFilter()->name + "\n";
     if (useSSAO) text += "#define USE_SSAO\n";
+    if (useStencilTex) text += "#define USE_STENCIL_TEX\n";
     return text + kSurfaceHeader + ShadowFilters() + kSurfaceMain;
 }
 
@@ -108,10 +115,6 @@ void glslShadowedProgram::Fill(Upload& to) const {
     to.Int("useStencil", useStencil, "uniform variable 'useStencil' not found\n");
     if (useStencil) to.Int("invStencil", invStencil, "uniform variable 'invStencil' not found\n");
     to.Attribute("stencil", "attribute variable 'stencil' not found\n");
-    to.Int("stencilTex", 2, "uniform variable 'stencilTex' not found\n");
-    to.Int("useStencilTex", useStencilTex, "uniform variable 'useStencilTex' not found\n");
-    if (useStencilTex)
-        to.Float("stencilTexOpac", stencilTexOpac, "uniform variable 'stencilTexOpac' not found\n");
 }
 
 }  // namespace VantrelSDK

@@ -99,7 +99,6 @@ uniform sampler2D stencilTex;
 uniform float stencilTexOpac;
 uniform int useStencil;
 uniform int invStencil;
-uniform int useStencilTex;
 uniform int useColor;
 varying vec3 color;
 varying vec3 normal;
@@ -160,11 +159,11 @@ const char kSurfaceMain[] = R"(void main(){
     C.yz *= (1.0 - 0.8*stv);
     C.x *= (1.0 - 0.5*stv);
   }
-  if(useStencilTex != 0){
-    float stt = stencilTexOpac*(1.0-texture2D(stencilTex, gl_TexCoord[0].st).r);
-    C.xz *= (1.0 - 0.8*stt);
-    C.y *= (1.0 - 0.5*stt);
-  }
+#ifdef USE_STENCIL_TEX
+  float stt = stencilTexOpac*(1.0-texture2D(stencilTex, gl_TexCoord[0].st).r);
+  C.xz *= (1.0 - 0.8*stt);
+  C.y *= (1.0 - 0.5*stt);
+#endif
   if(useSelected == 0){
     C.xyz *= 0.7;
     C.xyz += 0.15;

@@ -13,7 +13,8 @@ std::string ShadowFilters();
 
 /// The sculpted surface, its lines too. The fragment shader is the header, ShadowFilters and main.
 /// What it does beyond plain light is compiled in: a driver may run what a variable turns off.
-/// SHADOW_FILTER, where it is defined, is one of the filters, and with USE_SSAO there is occlusion.
+/// SHADOW_FILTER, where it is defined, is one of the filters, and with USE_SSAO there is
+/// occlusion, with USE_STENCIL_TEX a texture of stencils.
 extern const char kSurfaceVertex[], kSurfaceHeader[], kSurfaceMain[];
 /// Depth from the camera in 16 bits, in red and green; alpha 0 off the surface.
 extern const char kDepthVertex[], kDepthFragment[];
