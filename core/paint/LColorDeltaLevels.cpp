@@ -88,8 +88,8 @@ LColorDelta::Changes LColorDelta::CarryUp() {
             if (paint.HasMarkedParent(i, changes.paint.data())) {
                 differences[v] = paint.GetExtVert(i);
                 changes.paint[v] = !(differences[v] == LAColor());
-                if (changes.paint[v])
-                    paints_[v] = MovedPaint(paints_[v], paints_[v] + differences[v], 1);
+                paints_[v] += differences[v];
+                if (changes.paint[v]) paints_[v].ClampMinMax();
             }
             if (stencil.HasMarkedParent(i, changes.stencil.data())) {
                 stencils_[v] = stencil.GetExtVert(i);

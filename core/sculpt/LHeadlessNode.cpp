@@ -185,16 +185,18 @@ bool LHeadlessNode::GetResult(const PolyMesh& source, int level, const LSubdivMe
 /// Colours of the vertices that the result has.
 void LHeadlessNode::TakeColours(const PolyMesh& source, PolyMesh& result) const {
     const LColorDelta* delta = lcolorDelta();
-    if (!delta || (source.colours.empty() && delta->IsZero())) return;
-    if (delta->GetNumVerts(-2) < static_cast<int>(result.positions.size())) return;
+    const size_t count = result.positions.size(), given = source.colours.size();
+    if (!delta || delta->GetNumVerts(-2) < static_cast<int>(count)) return;
     const LAColor* paints = delta->Paints();
-    const size_t given = source.colours.size();
-    result.colours.resize(result.positions.size());
+    const auto isPainted = [](const LAColor& paint) { return !(paint == LAColor()); };
+    // Paint that was taken back is none.
+    if (given == 0 && (delta->IsZero() || std::none_of(paints, paints + count, isPainted))) return;
+    result.colours.resize(count);
     for (size_t v = 0; v < result.colours.size(); ++v) {
         LColor colour = delta->ResAt(v);
         colour.ClampMinMax();
         // What was not painted keeps its bits.
-        result.colours[v] = v < given && paints[v] == LAColor()
+        result.colours[v] = v < given && !isPainted(paints[v])
                                 ? source.colours[v]
                                 : LPoint3(colour.r, colour.g, colour.b);
     }

@@ -507,6 +507,8 @@ class LNode : public LTargetLists {
     int CacheColourUndo();
     void KeepUndosInStep();
     LColorDelta* StrokeColours() const;
+    const float* StrokeStencil() const;
+    bool HasColours() const;
     bool AddLevel(bool quad);
     size_t SurfaceMark() const;
     bool IsDeltaKept() const;

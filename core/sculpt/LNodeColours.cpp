@@ -46,8 +46,18 @@ bool LNode::AffectsColours() const {
 
 /// The colour delta when a stroke affects it.
 LColorDelta* LNode::StrokeColours() const {
-    const bool fits = lcolorDelta_ && lcolorDelta_->GetNumVerts(-1) == lobject_->GetNumVerts();
-    return fits && AffectsColours() ? lcolorDelta_.get() : nullptr;
+    return HasColours() && AffectsColours() ? lcolorDelta_.get() : nullptr;
+}
+
+/// What the stencil lets no stroke move, by vertex; null when it counts for nothing.
+const float* LNode::StrokeStencil() const {
+    const bool protects = getUseStencil() && HasColours() && !lcolorDelta_->IsZeroStencil();
+    return protects ? lcolorDelta_->Stencils() : nullptr;
+}
+
+/// There is a colour delta, at the level of the object.
+bool LNode::HasColours() const {
+    return lcolorDelta_ && lcolorDelta_->GetNumVerts(-1) == lobject_->GetNumVerts();
 }
 
 }  // namespace VantrelSDK

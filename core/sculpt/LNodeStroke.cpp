@@ -55,7 +55,6 @@ StrokeStep LNode::MakeStep(int mode) {
     LColorDelta* colours = StrokeColours();
     // A setting may come on inside a stroke.
     if (colours) colours->AllockBack();
-    const bool protect = getUseStencil() && lcolorDelta_ && !lcolorDelta_->IsZeroStencil();
     return {.node = *this,
             .mode = mode,
             .affectGeometry = getAffectGeometry(),
@@ -68,7 +67,7 @@ StrokeStep LNode::MakeStep(int mode) {
             .pressure = getBrushPaintPressure(true),
             .pattern = GetActivePattern(),
             .mask = GetMask(),
-            .stencil = protect ? lcolorDelta_->Stencils() : nullptr,
+            .stencil = StrokeStencil(),
             .selected = useSelected ? lobject_->SelectedVerts().data() : nullptr,
             .base = BaseShape().GetAllVertsPtr(),
             .delta = lcurMorph_->GetOrigMesh()->GetAllVertsPtr(),

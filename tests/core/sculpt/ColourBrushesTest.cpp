@@ -331,6 +331,10 @@ TEST(ColourBrushes, AHeadIsPaintedAndWritten) {
         white += c.y > 0.9f;
         bare += c == LPoint3(0.75f, 0.65f, 0.64f);
     }
+    EXPECT_TRUE(node->UndoStroke());
+    PolyMesh undone;
+    ASSERT_TRUE(node->GetResult(head, 0, undone, message));
+    EXPECT_TRUE(undone.colours.empty());
     EXPECT_GT(white, 3);
     EXPECT_GT(bare, static_cast<int>(head.positions.size()) / 2);
 
