@@ -73,11 +73,7 @@ bool DrawPicture(const std::string& obj, const VantrelSDK::LNodeSettings& settin
         "string $node = `Kelmo -create`;\n" +
         SetDisplay(settings) +
         "setAttr ($node + \".commnad\") 0;\n"
-        "setAttr ($node + \".execute\") 1;\n"
-        "string $surface = `createNode KelmoSurface -parent $above[0]`;\n"
-        "connectAttr ($node + \".displayCbk\") ($surface + \".displayCbk\");\n"
-        "string $shapes[] = `ls -type mesh`;\n"
-        "for ($shape in $shapes) setAttr ($shape + \".visibility\") 0;\n" +
+        "setAttr ($node + \".execute\") 1;\n" +
         fmt::format("refresh -fileName {} -camera {} -size {} {};\n", Quoted(picture.path),
                     Quoted(picture.view), picture.width, picture.height);
     KeptOutput kept;

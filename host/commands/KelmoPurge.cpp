@@ -4,6 +4,7 @@
 #include <maya/MPlugArray.h>
 
 #include "host/commands/KelmoTweaks.h"
+#include "host/ml/MLNode.h"
 #include "host/nodes/Finders.h"
 #include "host/nodes/GeometryLine.h"
 #include "host/nodes/NodeTypes.h"
@@ -54,6 +55,9 @@ MStatus Purge(NodeCall& call, const MObject& node) {
 }  // namespace
 
 MStatus DeleteKelmo(const MObject& node) {
+    // An open session shows a surface in the place of the mesh.
+    if (MLNode* open = MLNode::FromObject(node); open && open->IsSculpting())
+        NodeProtocol(node).Run(1);
     // Where a deformer was the host lets geometry pass by itself.
     if (IsKelmoNode2(node)) CHECK_MSTATUS_AND_RETURN_IT(Bypass(node));
     return RunUndoable("delete " + Quoted(NameOf(node)));

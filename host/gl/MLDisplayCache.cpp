@@ -116,6 +116,7 @@ void MLDisplayCache::Refresh() {
                           settings_.shaders && GLUse()};
     // Nobody selects or hides inside a stroke.
     const size_t mark = owner_ && owner_->IsStroking() ? selectionMark_ : SelectionMark();
+    if (wanted.color && !useColors()) SetUseColor(true);
     if (wanted == compiled_ && mark == selectionMark_) return;
     compiled_ = wanted;
     selectionMark_ = mark;

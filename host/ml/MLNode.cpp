@@ -21,6 +21,7 @@
 #include "host/ml/MLProgressCallback.h"
 #include "host/nodes/GeometryLine.h"
 #include "host/nodes/KelmoSelMessage.h"
+#include "host/nodes/SurfaceDisplay.h"
 
 namespace VantrelSDK {
 
@@ -129,6 +130,7 @@ bool MLNode::InitSculpt() {
     if (!LNode::InitSculpt()) return false;
     if (!was) KelmoSelMessage::RegisterCallbacks();
     KelmoSelMessage::Update();
+    ShowSurface(*this);
     return true;
 }
 
@@ -163,6 +165,7 @@ void MLNode::FinishSculpt(bool keep) {
     if (IsSculpting()) {
         displayGeomChanged = true;
         KelmoSelMessage::DeregisterCallbacks();
+        HideSurface(*this);
     }
     LNode::FinishSculpt(keep);
 }

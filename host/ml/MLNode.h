@@ -210,6 +210,8 @@ class MLNode : public LNode {
     bool inputChanged = false;
     /// What the display must make anew.
     bool displyDirtied = false, displayGeomChanged = false;
+    /// A surface stands in the place of the mesh, which is hidden for it.
+    bool hidMesh = false;
     /// A change of level has been handled already; the next evaluation leaves the time alone.
     bool keepLevel = false, skipTime = false;
     MTime lastEvalTime = MTime(-1e6, MTime::kFilm), sculptTime;

@@ -12,6 +12,7 @@
 #include "host/nodes/KelmoBlindData.h"
 #include "host/nodes/NodeCallbacks.h"
 #include "host/nodes/NodeCommands.h"
+#include "host/nodes/SurfaceDisplay.h"
 #include "host/nodes/ToolArrays.h"
 
 namespace VantrelSDK {
@@ -77,6 +78,7 @@ std::span<const NodeCommands::Row> NodeCommands::StateRows() {
 }
 
 void NodeCommands::PreSave() try {
+    HideSurface(node_);
     if (!node_.IsSculpting()) {
         node_.deleteAllLevelTrees();
         node_.SetBlendCache(nullptr);
@@ -91,6 +93,7 @@ void NodeCommands::PreSave() try {
 }
 
 void NodeCommands::PostSave() {
+    if (node_.IsSculpting()) ShowSurface(node_);
     PutBlindData(node_);
 }
 

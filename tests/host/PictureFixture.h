@@ -59,10 +59,6 @@ class PictureFixture : public ModuleFixture {
     void Open(int levels = 0) {
         for (int i = 0; i < levels; ++i) Do(97);
         Do(0);
-        Must(
-            "createNode KelmoSurface -name surface; connectAttr k.displayCbk "
-            "surfaceShape.displayCbk;"
-            "setAttr shown.visibility 0");
         Must("string $all[] = `ls -type mesh`; for ($m in $all) setAttr ($m + \".visibility\") 0");
     }
     void Press(int mode, float radius, float strength, const std::string& from) {
