@@ -356,6 +356,33 @@ def host_frames(runs):
         )
 
 
+def display(runs):
+    what = {
+        "DisplayVoxels": lambda a: "the surface is cut into voxels",
+        "DisplayFirst": lambda a: "drawn for the first time",
+        "DisplayFull": lambda a: "drawn again as a whole",
+        "DisplayStep": lambda a: "after a step, " + ("changed pixels" if a[1] else "as a whole"),
+    }
+    rows = []
+    for name, says in what.items():
+        for a in runs.arguments(name):
+            held = name in ("DisplayVoxels", "DisplayFirst")
+            rows.append(
+                [
+                    says(a),
+                    size(a[0]),
+                    number(runs.median(name, a, "real_time")),
+                    number(runs.median(name, a, "bytes_a_triangle")) if held else "",
+                ]
+            )
+    if rows:
+        yield section(
+            "Drawing in software, 1280 x 960",
+            "Display",
+            table(["", "triangles", "ms", "bytes a triangle"], rows),
+        )
+
+
 def graph(runs):
     rows = [
         [f"{title}, {a[0]} nodes", number(runs.median(name, a, "cpu_time"))]
@@ -484,7 +511,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, graph, scenes, scripts]
+        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, display, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

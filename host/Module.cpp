@@ -169,7 +169,7 @@ MStatus uninitializePlugin(MObject module) {
     DeregisterIOCallbacks();
     KelmoRenderMessage::DeregisterRenderCallbacks();
     KelmoMtlMessage::DeregisterCallbacks();
-    if (M3dView view = M3dView::active3dView(); view.view()) view.beginGL();
+    if (M3dView::numberOf3dViews() > 0) M3dView::active3dView().beginGL();
     MLDisplayCache::FreeGLSL();
     FreeDrawLists();
     CloseDiagFile();

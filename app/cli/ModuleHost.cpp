@@ -69,9 +69,10 @@ bool DrawPicture(const std::string& obj, const VantrelSDK::LNodeSettings& settin
         ";\n"
         "string $meshes[] = `ls -type mesh`;\n"
         "string $above[] = `listRelatives -parent $meshes[0]`;\n"
-        "select $above[0];\n"
-        "string $node = `Kelmo -create`;\n" +
-        SetDisplay(settings) +
+        "select $above[0];\n" +
+        fmt::format("viewFit -size {} {} {};\n", picture.width, picture.height,
+                    Quoted(picture.view)) +
+        "string $node = `Kelmo -create`;\n" + SetDisplay(settings) +
         "setAttr ($node + \".commnad\") 0;\n"
         "setAttr ($node + \".execute\") 1;\n" +
         fmt::format("refresh -fileName {} -camera {} -size {} {};\n", Quoted(picture.path),

@@ -56,19 +56,18 @@ MMatrix Camera::Projection(int width, int height) const {
     return m;
 }
 
-void Camera::Frame(const MBoundingBox& box, int width, int height) {
-    if (box.isEmpty() || !shape_.parent()) return;
+void Camera::Frame(std::span<const MPoint> points, int width, int height) {
+    if (points.empty() || !shape_.parent()) return;
     const MMatrix view = ModelView(), place = view.inverse();
-    const MPoint middle = box.center() * view;
+    MBoundingBox seen;
+    for (const MPoint& p : points) seen.expand(p * view);
+    const MPoint middle = seen.center();
     const double aspect = static_cast<double>(height) / width,
                  open = Number("horizontalFilmAperture") * kMillimetres / 2 / Number("focalLength");
     const Opening opening{open * kFilled, open * aspect * kFilled};
     double distance = 0, radius = 0, across = 0;
-    for (int corner = 0; corner < 8; ++corner) {
-        const MPoint world(corner & 1 ? box.max().x : box.min().x,
-                           corner & 2 ? box.max().y : box.min().y,
-                           corner & 4 ? box.max().z : box.min().z);
-        const MVector d = world * view - middle;
+    for (const MPoint& p : points) {
+        const MVector d = p * view - middle;
         distance = std::max(
             {distance, std::abs(d.x) / opening.across + d.z, std::abs(d.y) / opening.up + d.z});
         across = std::max({across, 2 * std::abs(d.x), 2 * std::abs(d.y) / aspect});

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <span>
+
 #include "maya/MBoundingBox.h"
 #include "maya/MMatrix.h"
 #include "minihost/dag/DagNode.h"
@@ -17,10 +19,10 @@ class Camera {
     MMatrix ModelView() const;
     MMatrix Projection(int width, int height) const;
 
-    /// Moves the camera, along the way that it looks, so that a box of the world fits into a view
-    /// of such a size, and brings its clipping planes and its width in line. Nothing for an empty
-    /// box.
-    void Frame(const MBoundingBox& box, int width, int height);
+    /// Moves the camera, along the way that it looks, so that points of the world fit into a view
+    /// of such a size, and brings its clipping planes and its width in line. Nothing without
+    /// points.
+    void Frame(std::span<const MPoint> points, int width, int height);
 
   private:
     double Number(const char* attribute) const;

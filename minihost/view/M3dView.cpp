@@ -24,7 +24,9 @@ void MPxSurfaceShapeUI::getDrawData(void* geometry, MDrawData& data) const {
 }
 
 M3dView M3dView::active3dView(MStatus* status) {
-    minihost::View* view = Host::Get().views.active();
+    minihost::Views& views = Host::Get().views;
+    std::string error;
+    minihost::View* view = views.active() ? views.active() : views.Open({}, error);
     return Tell(status, view ? MS::kSuccess : MS::kFailure, M3dView(view));
 }
 

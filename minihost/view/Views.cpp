@@ -5,6 +5,7 @@
 
 #include "minihost/Host.h"
 #include "minihost/graph/Evaluation.h"
+#include "minihost/mesh/MeshTypes.h"
 #include "minihost/view/Camera.h"
 #include "minihost/view/GLContext.h"
 #include "minihost/view/ShapeDrawing.h"
@@ -25,6 +26,9 @@ constexpr NamedView kNamed[] = {
     {"top", -90, 0, true},
 };
 
+/// Enough of a mesh to say where it is.
+constexpr size_t kMostPoints = 50000;
+
 void Turn(DagNode& camera, const NamedView& view) {
     constexpr double kDegree = std::numbers::pi / 180;
     const double turn[3] = {view.x * kDegree, view.y * kDegree, 0};
@@ -34,15 +38,25 @@ void Turn(DagNode& camera, const NamedView& view) {
 
 }  // namespace
 
-MBoundingBox VisibleBounds(DagNode& node) {
-    MBoundingBox box;
-    if (!IsShown(node)) return box;
-    if (auto* shape = node.LogicAs<ShapeLogic>(); shape && node.IsShape()) {
-        box = shape->Bounds();
-        if (!box.isEmpty()) box.transformUsing(node.WorldMatrix());
+void AddVisiblePoints(DagNode& node, std::vector<MPoint>& points) {
+    if (!IsShown(node)) return;
+    auto* shape = node.LogicAs<ShapeLogic>();
+    if (shape && node.IsShape()) {
+        const MMatrix world = node.WorldMatrix();
+        const MeshPtr mesh = node.type().name == "mesh" ? MeshOf(node) : nullptr;
+        const MBoundingBox box = mesh ? MBoundingBox() : shape->Bounds();
+        const size_t count = mesh ? mesh->points().size() : 0, stride = 1 + count / kMostPoints;
+        for (size_t i = 0; i < count; i += stride) {
+            const MFloatVector& p = mesh->points()[i];
+            points.push_back(MPoint(p.x, p.y, p.z) * world);
+        }
+        for (int corner = 0; corner < 8 && !box.isEmpty(); ++corner)
+            points.push_back(MPoint(corner & 1 ? box.max().x : box.min().x,
+                                    corner & 2 ? box.max().y : box.min().y,
+                                    corner & 4 ? box.max().z : box.min().z) *
+                             world);
     }
-    for (const DagNodePtr& child : node.children()) box.expand(VisibleBounds(*child));
-    return box;
+    for (const DagNodePtr& child : node.children()) AddVisiblePoints(*child, points);
 }
 
 Views::Views() = default;
@@ -101,8 +115,9 @@ View* Views::Open(const PictureOptions& options, std::string& error) {
     if (!error.empty()) return nullptr;
     entry->follows = entry->follows && (made || entry->framed == view.ModelView());
     if (entry->follows) {
-        Camera(*camera).Frame(VisibleBounds(Host::Get().scene.world()), view.width(),
-                              view.height());
+        std::vector<MPoint> points;
+        AddVisiblePoints(Host::Get().scene.world(), points);
+        Camera(*camera).Frame(points, view.width(), view.height());
         entry->framed = view.ModelView();
     }
     return active_ = &view;
@@ -116,22 +131,21 @@ std::string Views::Draw(const PictureOptions& options, Picture& picture) {
     return error;
 }
 
-std::string Views::Frame(const std::string& camera, const std::vector<NodePtr>& nodes) {
+std::string Views::Frame(const PictureOptions& options, const std::vector<NodePtr>& nodes) {
     bool made = false;
     std::string error;
-    const DagNodePtr shape = FindCamera(camera, made, error);
+    const DagNodePtr shape = FindCamera(options.camera, made, error);
     if (!shape) return error;
-    MBoundingBox box;
+    std::vector<MPoint> points;
     for (const NodePtr& node : nodes)
-        if (auto* dag = dynamic_cast<DagNode*>(node.get())) box.expand(VisibleBounds(*dag));
-    if (nodes.empty()) box = VisibleBounds(Host::Get().scene.world());
+        if (auto* dag = dynamic_cast<DagNode*>(node.get())) AddVisiblePoints(*dag, points);
+    if (nodes.empty()) AddVisiblePoints(Host::Get().scene.world(), points);
     const auto entry =
         std::ranges::find_if(views_, [&](const Entry& e) { return e.view->camera() == shape; });
-    const PictureOptions usual;
     const bool open = entry != views_.end();
     if (open) entry->follows = false;
-    Camera(*shape).Frame(box, open ? entry->view->width() : usual.width,
-                         open ? entry->view->height() : usual.height);
+    Camera(*shape).Frame(points, open ? entry->view->width() : options.width,
+                         open ? entry->view->height() : options.height);
     return {};
 }
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "maya/MBoundingBox.h"
+#include "maya/MPoint.h"
 #include "minihost/view/View.h"
 
 namespace minihost {
@@ -34,9 +34,9 @@ class Views {
     View* Open(const PictureOptions& options, std::string& error);
     /// Draws through a camera and reads what was drawn. Empty, or why not.
     std::string Draw(const PictureOptions& options, Picture& picture);
-    /// Moves a camera so that all that is visible, or only `nodes`, fits into its view. Empty, or
-    /// why not.
-    std::string Frame(const std::string& camera, const std::vector<NodePtr>& nodes);
+    /// Moves a camera so that all that is visible, or only `nodes`, fits into its view, which has
+    /// the size of the options where it is not open. Empty, or why not.
+    std::string Frame(const PictureOptions& options, const std::vector<NodePtr>& nodes);
 
     /// The one that was opened last; null while there is none.
     View* active() const { return active_; }
@@ -67,7 +67,8 @@ class Views {
     bool disabled_ = false;
 };
 
-/// What is visible of a node and below it, in the world.
-MBoundingBox VisibleBounds(DagNode& node);
+/// Points of the world about what is visible of a node and below it: of a mesh some or all of its
+/// vertices, of other shapes the corners of their boxes.
+void AddVisiblePoints(DagNode& node, std::vector<MPoint>& points);
 
 }  // namespace minihost

@@ -6,14 +6,17 @@ namespace {
 
 using Argument = Syntax::Argument;
 
+void TakeSize(const ParsedFlags& flags, PictureOptions& options) {
+    if (!flags.IsSet("size")) return;
+    options.width = flags.Get("size", 0).AsInt();
+    options.height = flags.Get("size", 1).AsInt();
+}
+
 /// Draws what is asked for into a file; the file's name.
 Answer WriteView(Host& host, const ParsedFlags& flags) {
     PictureOptions options;
     if (flags.IsSet("camera")) options.camera = flags.Get("camera").AsString();
-    if (flags.IsSet("size")) {
-        options.width = flags.Get("size", 0).AsInt();
-        options.height = flags.Get("size", 1).AsInt();
-    }
+    TakeSize(flags, options);
     if (flags.IsSet("samples")) options.samples = flags.Get("samples").AsInt();
     Picture picture;
     std::string why = host.views.Draw(options, picture);
@@ -46,13 +49,17 @@ void AddViewFit(Host& host) {
     Syntax syntax;
     syntax.SetObjects(0, 1);
     syntax.AddFlag("all", "allObjects");
+    syntax.AddFlag("sz", "size", {Argument::Int, Argument::Int});
     AddQuestion(host, "viewFit", std::move(syntax), [&host](const ParsedFlags& flags) -> Answer {
         std::vector<NodePtr> nodes;
         if (!flags.IsSet("all"))
             for (const Selected& selected : host.scene.selection) nodes.push_back(selected.node);
-        const std::string camera =
-            flags.Objects().empty() ? "persp" : flags.Objects()[0].AsString();
-        if (const std::string why = host.views.Frame(camera, nodes); !why.empty())
+        PictureOptions options;
+        TakeSize(flags, options);
+        if (options.width < 1 || options.height < 1)
+            return CommandError{"viewFit: a size is two numbers above 0"};
+        if (!flags.Objects().empty()) options.camera = flags.Objects()[0].AsString();
+        if (const std::string why = host.views.Frame(options, nodes); !why.empty())
             return CommandError{why};
         return {};
     });

@@ -26,7 +26,8 @@ class M3dView {
     /// `view` is borrowed, null for none.
     explicit M3dView(minihost::View* view) : view_(view) {}
 
-    /// The view that was drawn or used last; fails while there is none.
+    /// The view that was drawn or used last; where there is none yet, the one named "persp". Fails
+    /// where nothing can be drawn.
     static M3dView active3dView(MStatus* status = nullptr);
     static unsigned numberOf3dViews();
     static MStatus get3dView(unsigned index, M3dView& view);

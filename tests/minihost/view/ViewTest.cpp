@@ -33,6 +33,7 @@ class ViewTest : public SceneTest {
             shown += !std::equal(&picture.pixels[i], &picture.pixels[i] + 3, &picture.pixels[0]);
         return shown;
     }
+    const PictureOptions front{"front", 80, 60, 0};
     DagNodePtr MakeSphereAt(double radius, double x) {
         const DagNodePtr shape = CreateMesh(edits, MakeSphere(radius, 24, 16), "ball").shape;
         edits.Set(shape->parent()->FindPlug("translateX"), x);
@@ -46,21 +47,21 @@ TEST_F(ViewTest, NamedViewsFrameWhatIsVisibleUntilTheyAreMoved) {
     MakeSphereAt(3, 100);
     for (const char* view : {"persp", "front", "side", "top"}) {
         const Picture picture = Draw({view, 80, 60, 0});
-        // A ball in the middle, as large as its box allows.
-        EXPECT_GT(Shown(picture), 700) << view;
+        // A ball that fills the height.
+        EXPECT_GT(Shown(picture), 1400) << view;
         EXPECT_LT(Shown(picture), 3000) << view;
     }
     edits.Set(std::static_pointer_cast<DagNode>(host.scene.Find("front"))->FindPlug("translateX"),
               -5000.0);
     EXPECT_EQ(Shown(Draw({"front", 80, 60, 0})), 0);
-    EXPECT_EQ(host.views.Frame("front", {}), "");
+    EXPECT_EQ(host.views.Frame(front, {}), "");
     EXPECT_GT(Shown(Draw({"front", 80, 60, 0})), 1000);
 }
 
 TEST_F(ViewTest, WhatIsHiddenIsNotDrawn) {
     const DagNodePtr shape = MakeSphereAt(3, 0);
     Draw({"front", 80, 60, 0});
-    EXPECT_EQ(host.views.Frame("front", {}), "");
+    EXPECT_EQ(host.views.Frame(front, {}), "");
     for (const auto& plug : {shape->FindPlug("visibility"), shape->FindPlug("intermediateObject"),
                              shape->parent()->FindPlug("visibility")}) {
         const double before = NumberOf(Pull(*plug.Make()));
