@@ -31,8 +31,7 @@ MPlug VisibilityOf(const MObject& shape) {
 
 void ShowSurface(MLNode& node) {
     const MObject shape = FindOutputShape(node.getThisMObject());
-    if (node.nodeClass() != NodeClass::kNode2 || shape.isNull() ||
-        SurfacesOf(node).length() > 0)
+    if (node.nodeClass() != NodeClass::kNode2 || shape.isNull() || SurfacesOf(node).length() > 0)
         return;
     MDagModifier edits;
     const MObject surface = edits.createNode(MTypeId(kSurfaceShapeId), MFnDagNode(shape).parent(0));
