@@ -198,6 +198,9 @@ void MLDisplayCache::Lines(const MDrawRequest& request, M3dView& view, bool dirt
         const auto mode = iso ? glslShadowedProgram::kIsoLines : glslShadowedProgram::kWireframe;
         if (compiled_.glsl) SetUniforms(view, mode);
         Both(draw, kind, iso ? kIso : kWire, mode);
+        // Mesa's software renderer smooths lines in a state of its own, and loses what is set next
+        // when it leaves that late.
+        glFlush();
     }
     Finish(request, view, draw);
     view.endGL();

@@ -13,6 +13,7 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 struct Interface {
     Interface() { AddInterfaceProcedures(minihost::Host::Get().commands); }
@@ -321,7 +322,13 @@ TEST_F(CommandsTest, RendersAndTellsOfItself) {
     EXPECT_EQ(Run("KelmoVersion -version") + Run("KelmoVersion -q -vi"), "v 6.5.036503");
     EXPECT_EQ(Run("Kelmo -q -version") + Run("Kelmo -vi"), "v 6.5.036503");
     EXPECT_EQ(Run("Kelmo -buildDate"), "Tue 08/21/2012");
+    host.views.Disable();
     EXPECT_EQ(Run("KelmoDiag -gl"), "\nOpenGL is not supported.\n");
+    host.views.Enable();
+    if (host.views.Begin().empty()) {
+        EXPECT_THAT(Run("KelmoDiag -gl"), StartsWith("\nOpenGL metrics:\nGL_VERSION   "));
+        EXPECT_THAT(Run("KelmoDiag -gl"), EndsWith("\nGL_EXT_framebuffer_object\n"));
+    }
     EXPECT_EQ(Run("global proc KelmoDiagnostic() { print \"looked\"; } KelmoDiag"), "");
     EXPECT_THAT(told.text, EndsWith("looked"));
     Must(
