@@ -56,6 +56,18 @@ bool IsMultisampled() {
     return buffers > 0;
 }
 
+/// Mesa's software renderer smooths lines in a state of its own, and loses the state that is set
+/// next when it leaves it. So it leaves it for a line that nobody sees.
+void LeaveSmoothing() {
+    glDisable(GL_LINE_SMOOTH);
+    glDepthMask(GL_FALSE);
+    glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
+    glBegin(GL_LINES);
+    glVertex3f(0, 0, 0);
+    glVertex3f(0, 1, 0);
+    glEnd();
+}
+
 }  // namespace
 
 /// One request on its way.
@@ -198,9 +210,7 @@ void MLDisplayCache::Lines(const MDrawRequest& request, M3dView& view, bool dirt
         const auto mode = iso ? glslShadowedProgram::kIsoLines : glslShadowedProgram::kWireframe;
         if (compiled_.glsl) SetUniforms(view, mode);
         Both(draw, kind, iso ? kIso : kWire, mode);
-        // Mesa's software renderer smooths lines in a state of its own, and loses what is set next
-        // when it leaves that late.
-        glFlush();
+        LeaveSmoothing();
     }
     Finish(request, view, draw);
     view.endGL();
