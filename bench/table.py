@@ -370,7 +370,7 @@ def display(runs):
             rows.append(
                 [
                     says(a),
-                    size(a[0]),
+                    "1.5 M" if a[0] == 1_500_000 else size(a[0]),
                     number(runs.median(name, a, "real_time")),
                     number(runs.median(name, a, "bytes_a_triangle")) if held else "",
                 ]
