@@ -192,6 +192,7 @@ void LDisplayCache::TakeColors(std::span<const int> verts) {
     if (!colordelta_) return;
     if (!useColors()) SetUseColor(true);
     TakeListed(verts, [&](int v) { colors_[v] = colordelta_->ResAt(v); });
+    ColorsTaken(verts);
 }
 
 void LDisplayCache::TakeStencils(std::span<const int> verts) {
@@ -199,6 +200,7 @@ void LDisplayCache::TakeStencils(std::span<const int> verts) {
     if (stencils_.empty()) AllStencils();
     const float* stencils = colordelta_->Stencils();
     TakeListed(verts, [&](int v) { stencils_[v] = stencils[v]; });
+    ColorsTaken(verts);
 }
 
 void LDisplayCache::CachePushPullNormas() {

@@ -43,6 +43,8 @@ class LDisplayCache {
     virtual void SetColor(int v, const LColor& colour);
     virtual void SetStencil(int v, float stencil);
     virtual void InvalidateVoxels() {}
+    /// These vertices have taken other colours or stencils, and stay where they are.
+    virtual void ColorsTaken(std::span<const int>) {}
 
     /// Marks faces and vertices found by one search (no number twice). The cheap way to mark many.
     void SetChanged(std::span<const int> faces, std::span<const int> verts,

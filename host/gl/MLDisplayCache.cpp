@@ -31,9 +31,17 @@ void MLDisplayCache::Clear(bool all) {
 
 void MLDisplayCache::CalcChanged(bool vertNormals) {
     LDisplayCache::CalcChanged(vertNormals);
+    Follow(changedVerts_.Items());
+}
+
+void MLDisplayCache::ColorsTaken(std::span<const int> verts) {
+    Follow(verts);
+}
+
+void MLDisplayCache::Follow(std::span<const int> verts) {
     // Who has not drawn yet has nothing to draw anew.
     if (voxels_.empty()) return;
-    for (const int v : changedVerts_.Items()) {
+    for (const int v : verts) {
         grid_.ForCellsOf(v, [this](int cell) {
             voxels_[static_cast<size_t>(voxelOfCell_[static_cast<size_t>(cell)])].Invalidate();
         });
@@ -44,14 +52,15 @@ void MLDisplayCache::CalcChanged(bool vertNormals) {
         grown_.max = {std::max(grown_.max.x, p.x), std::max(grown_.max.y, p.y),
                       std::max(grown_.max.z, p.z)};
     }
-    if (LNode::prefDoPix) GrowDirtyBox();
+    if (LNode::prefDoPix) GrowDirtyBox(verts);
 }
 
-/// A normal that has changed shades the faces around its vertex up to their other corners.
-void MLDisplayCache::GrowDirtyBox() {
+/// A normal or colour that has changed shades the faces around its vertex up to their other
+/// corners.
+void MLDisplayCache::GrowDirtyBox(std::span<const int> verts) {
     const LAdjFaceList& around = topology_->AdjFaces();
     const LFace* faces = topology_->Faces().data();
-    for (const int v : changedVerts_.Items())
+    for (const int v : verts)
         for (const int f : around.GetAdjFacesForVert(v))
             for (const int corner : faces[f].v)
                 dirtyBox_[0].Add(verts_[static_cast<size_t>(corner)]);

@@ -32,6 +32,7 @@ class MLDisplayCache : public LDisplayCache {
     void CalcChanged(bool vertNormals) override;
     void CalcAll() override;
     void InvalidateVoxels() override;
+    void ColorsTaken(std::span<const int> verts) override;
 
     /// How it is drawn from here on.
     void SetSettings(const DisplaySettings& settings) { settings_ = settings; }
@@ -129,7 +130,9 @@ class MLDisplayCache : public LDisplayCache {
     void SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode);
     void Pass(const Draw& draw, DrawKind kind);
     void Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode);
-    void GrowDirtyBox();
+    /// Voxels and boxes follow vertices that look different.
+    void Follow(std::span<const int> verts);
+    void GrowDirtyBox(std::span<const int> verts);
     size_t SelectionMark() const;
     MPoint LightPos(MPoint& center);
 

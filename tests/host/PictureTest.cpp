@@ -51,6 +51,24 @@ TEST_F(PictureTest, TheSculptedHeadInEachDisplayMode) {
     Expect("opacity");
 }
 
+TEST_F(PictureTest, ColoursAStencilAndASelection) {
+    Open();
+    Must(
+        "setAttr k.displayMode 2; setAttr k.affectGeometry 0; setAttr k.affectVertColor 1;"
+        "setAttr k.vertexPaintColor 0.75 0.15 0.12; setAttr k.vertColorStrength[8] 1");
+    Sculpt();
+    Expect("painted");
+    Must("setAttr k.affectVertColor 0; setAttr k.affectStencil 1; setAttr k.symmetry 1");
+    Sculpt();
+    Expect("stencil");
+    Must("setAttr k.useShaders 0");
+    Expect("stencil-plain");
+    Must(
+        "setAttr k.useShaders 1; setAttr k.useStencil 0; setAttr k.affectStencil 0;"
+        "setAttr k.affectGeometry 1; select shown.f[0:1200]");
+    Expect("selection");
+}
+
 /// After each step of a stroke the picture that only its changed pixels were drawn into is the one
 /// that is drawn as a whole.
 TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
@@ -58,9 +76,10 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
     Open();
     Must("createNode camera -name eye; xform -ws -t 9 4 34 eye; xform -ws -ro -2 14 0 eye");
     struct Look {
-        int mode, shadow, occlusion;
+        int mode, shadow, occlusion, colours = 0;
     };
     Must("setAttr k.SSAOsamples 6; setAttr k.SSAOradius 0.02");
+    Must("setAttr k.vertexPaintColor 0.2 0.4 0.8; setAttr k.vertColorStrength[8] 1");
     int cameras = 0;
     for (const Look& look : {Look{2, 0, 0},
                              {3, 0, 0},
@@ -69,12 +88,15 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
                              {1, 0, 0},
                              {2, 1, 0},
                              {2, 0, 1},
-                             {3, 1, 1}}) {
+                             {3, 1, 1},
+                             {3, 0, 0, 1}}) {
         SCOPED_TRACE(std::to_string(look.mode) + " shadow " + std::to_string(look.shadow) +
-                     " occlusion " + std::to_string(look.occlusion));
+                     " occlusion " + std::to_string(look.occlusion) + " colours " +
+                     std::to_string(look.colours));
         Must("setAttr k.displayMode " + std::to_string(look.mode) + "; setAttr k.useShadow[0] " +
              std::to_string(look.shadow) + "; setAttr k.useSSAO[0] " +
-             std::to_string(look.occlusion));
+             std::to_string(look.occlusion) + "; setAttr k.affectVertColor " +
+             std::to_string(look.colours));
         Draw("eye", 240, 180, 0);
         Press(8, 1.2f, 0.6f, "1.5, 3.0, 7.0");
         int changed = 0;
