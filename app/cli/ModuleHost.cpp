@@ -29,6 +29,7 @@ std::string SetDisplay(const VantrelSDK::LNodeSettings& s) {
         script += fmt::format("setAttr ($node + \".{}\") {};\n", name, value);
     };
     set("displayMode", s.displayMode);
+    set("affectVertColor", int{s.affectVertColor});
     set("useShaders", int{s.useShaders});
     set("shadowFilter", s.shadowFilter);
     set("shadowAzm", s.shadowAzm);

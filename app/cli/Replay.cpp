@@ -1,4 +1,5 @@
 #include <fmt/core.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -10,6 +11,7 @@
 #include "app/cli/Commands.h"
 #include "core/io/AtomicFile.h"
 #include "core/io/MeshFile.h"
+#include "core/io/ObjWriter.h"
 #include "core/io/SystemMemory.h"
 #include "core/sculpt/StrokePlayer.h"
 
@@ -99,6 +101,17 @@ bool LoadState(LHeadlessNode& node, const std::string& path, const PolyMesh& mes
     return false;
 }
 
+/// The host that draws reads OBJ, whatever format the result is written in.
+bool Draw(const PolyMesh& mesh, const LNodeSettings& settings, const PictureFile& picture,
+          std::string& error) {
+    std::error_code unknown;
+    const auto path = std::filesystem::temp_directory_path(unknown) /
+                      fmt::format("kelmo-{}.obj", static_cast<int>(getpid()));
+    const bool drawn = WriteObj(path, mesh, error) && DrawPicture(path, settings, picture, error);
+    std::filesystem::remove(path, unknown);
+    return drawn;
+}
+
 bool WriteText(const std::string& path, const std::string& text, std::string& error) {
     AtomicFile file;
     return file.Open(path, error) && file.Write(text, error) && file.Commit(error);
@@ -137,8 +150,7 @@ int RunReplay(const ReplayOptions& options) {
     if (!WriteMesh(options.out, result, message)) return Fail(message);
     if (!options.stats.empty() && !WriteText(options.stats, timings.AsJson(touched), message))
         return Fail(message);
-    if (!options.picture.path.empty() &&
-        !DrawPicture(options.out, settings, options.picture, message))
+    if (!options.picture.path.empty() && !Draw(result, settings, options.picture, message))
         return Fail(message);
     return 0;
 }
