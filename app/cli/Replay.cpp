@@ -168,10 +168,21 @@ int RunSample() {
     if (const int failure = RunReplay(options)) return failure;
     fmt::print(
         "Played {} on {}.\n"
-        "The sculpted head is {}, the timings are {}.\n"
-        "Look at the two side by side:\n"
-        "  tools/picture.py {} {}/face.png --compare {}\n",
-        options.log, options.mesh, options.out, options.stats, options.mesh, folder, options.out);
+        "The sculpted head is {}, the timings are {}.\n",
+        options.log, options.mesh, options.out, options.stats);
+    LNodeSettings shown;
+    shown.displayMode = 2;
+    shown.useShadow = SettingArray<bool, 3>(true);
+    PictureFile picture;
+    picture.path = folder + "/face.png";
+    std::string why;
+    if (DrawPicture(options.out, shown, picture, why))
+        fmt::print("Look at {}.\n", picture.path);
+    else
+        fmt::print(
+            "It can't be drawn here ({}); look at it in the program of your choice, or\n"
+            "  tools/picture.py {} {} --compare {}\n",
+            why, options.mesh, picture.path, options.out);
     return 0;
 }
 
