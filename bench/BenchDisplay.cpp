@@ -33,10 +33,10 @@ class Shown {
             "connectAttr time1.outTime k.inTime; setAttr k.displayMode 2;"
             "createNode locator -name brush; setAttr brushShape.visibility 0");
         MeshOf(*host.scene.Find("shownShape"));
-        Run("setAttr k.commnad 0; setAttr k.execute 1; createNode KelmoSurface -name surface;"
-            "connectAttr k.displayCbk surfaceShape.displayCbk; setAttr shown.visibility 0;"
-            "setAttr head.visibility 0; setAttr k.sculptMode 8; setAttr k.brushNorm 0 0 1;"
-            "setAttr k.toolSize[8] 0.6; setAttr k.startZ 10");
+        Run("setAttr k.commnad 0; setAttr k.execute 1; setAttr head.visibility 0; setAttr "
+            "k.useSSAO[0] 0; setAttr k.useShadow[0] 0;"
+            "setAttr k.sculptMode 8; setAttr k.brushNorm 0 0 1;"
+            "setAttr k.toolSize[8] 3.5; setAttr k.startZ 10");
         std::string error;
         view = host.views.Open({"front", kWidth, kHeight, 0}, error);
         if (!view) Run("print \"" + error + "\"");
@@ -85,11 +85,12 @@ void DisplayFull(benchmark::State& state) {
     for (auto _ : state) shown.Draw();
 }
 
-/// After a step of a stroke; the step is not in it. The second argument: only changed pixels are
-/// drawn anew.
+/// After a step of a stroke with a brush over a tenth of the view; the step is not in it. The
+/// second argument: only changed pixels are drawn anew. The third: with occlusion.
 void DisplayStep(benchmark::State& state) {
     Shown shown(state.range(0), state.range(1) != 0);
     if (!shown.view) return state.SkipWithError("no OpenGL");
+    shown.Run("setAttr k.useSSAO[0] " + std::to_string(state.range(2)));
     shown.Draw();
     shown.Run("connectAttr brush.matrix k.brush");
     double at = 0;
@@ -137,10 +138,7 @@ void DisplayVoxels(benchmark::State& state) {
 BENCHMARK(DisplayFirst)->Arg(60000)->Arg(1500000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayFull)->Arg(60000)->Arg(1500000)->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayStep)
-    ->Args({60000, 0})
-    ->Args({60000, 1})
-    ->Args({1500000, 0})
-    ->Args({1500000, 1})
+    ->ArgsProduct({{60000, 1500000}, {0, 1}, {0, 1}})
     ->Iterations(20)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayVoxels)->Arg(60000)->Arg(600000)->Arg(6000000)->Unit(benchmark::kMillisecond);

@@ -361,7 +361,8 @@ def display(runs):
         "DisplayVoxels": lambda a: "the surface is cut into voxels",
         "DisplayFirst": lambda a: "drawn for the first time",
         "DisplayFull": lambda a: "drawn again as a whole",
-        "DisplayStep": lambda a: "after a step, " + ("changed pixels" if a[1] else "as a whole"),
+        "DisplayStep": lambda a: "after a step, " + ("changed pixels" if a[1] else "as a whole")
+        + (", with occlusion" if a[2] else ""),
     }
     rows = []
     for name, says in what.items():

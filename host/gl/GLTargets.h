@@ -16,6 +16,8 @@ class glslFBO {
     bool Init();
     void Destroy();
     bool IsInitOK() const { return initOK; }
+    /// Texels a side.
+    int size() const { return width; }
     virtual bool MakeCurrent() = 0;
     virtual void ResetCurrent();
     /// Binds it to a texture unit. False without a texture.

@@ -36,6 +36,7 @@ std::vector<int> Tokens(const DisplaySettings& settings, bool dirty) {
     const bool shaded = mode >= 2;
     add(shaded && settings.shadow, SurfaceDraw::kLightDepth);
     add(shaded && settings.ssao, SurfaceDraw::kSSAO);
+    if (dirty && shaded && settings.ssao) tokens.back() |= MLDisplayCache::kPart;
     AddGeometry(tokens, mode, dirty);
     add(shaded && settings.shadow, SurfaceDraw::kUnBindLightDepth);
     add(shaded && settings.ssao, SurfaceDraw::kUnBindSSAO);

@@ -42,14 +42,15 @@ class MLDisplayCache : public LDisplayCache {
     // kCompose puts them into the last picture. Nothing without a session.
 
     /// In the upper half of a request's token.
-    enum TokenFlag { kCompose = 1 << 16, kKeep = 1 << 17 };
+    enum TokenFlag { kCompose = 1 << 16, kKeep = 1 << 17, kPart = 1 << 18 };
     void DrawShaded(const MDrawRequest& request, M3dView& view);
     void DrawShaded_dirty(const MDrawRequest& request, M3dView& view);
     void DrawWireframe(const MDrawRequest& request, M3dView& view);
     void DrawWireframe_dirty(const MDrawRequest& request, M3dView& view);
     void DrawIsoLines(const MDrawRequest& request, M3dView& view);
     void DrawIsoLines_dirty(const MDrawRequest& request, M3dView& view);
-    /// The depth map of the light, and the occlusion, for the shaded drawing that follows.
+    /// The depth map of the light, and the occlusion, for the shaded drawing that follows; with
+    /// kPart the occlusion of what DrawShaded_dirty draws alone.
     void RenderAndBindLightDepth(const MDrawRequest& request, M3dView& view);
     void UnBindLightDepth();
     void RenderAndBindSSAO(const MDrawRequest& request, M3dView& view);
@@ -135,6 +136,7 @@ class MLDisplayCache : public LDisplayCache {
     void GrowDirtyBox(std::span<const int> verts);
     size_t SelectionMark() const;
     MPoint LightPos(MPoint& center);
+    int OcclusionReach(int size) const;
 
     DisplaySettings settings_;
     VoxelGrid grid_;

@@ -50,6 +50,22 @@ void BindNothing(int unit) {
     if (GLUse()) glActiveTexture(GL_TEXTURE0);
 }
 
+/// As far as the blur of the occlusion reaches, in pixels of a view so wide or high, and two texels
+/// of its map more, since what lies between texels is a mean.
+int BlurReach(int size) {
+    return static_cast<int>(std::ceil(size * (0.004 + 2.0 / 512)));
+}
+
+/// The texels under pixels of a view, and one around them.
+ScreenRect OnMap(const ScreenRect& pixels, int width, int height, int size) {
+    const auto at = [size](int pixel, int of) {
+        return static_cast<int>(static_cast<long long>(pixel) * size / of);
+    };
+    return ScreenRect{at(pixels.x0, width), at(pixels.y0, height), at(pixels.x1, width) + 1,
+                      at(pixels.y1, height) + 1}
+        .Grown(1, 1, size, size);
+}
+
 bool IsMultisampled() {
     GLint buffers = 0;
     glGetIntegerv(GL_SAMPLE_BUFFERS, &buffers);
@@ -269,9 +285,16 @@ void MLDisplayCache::UnBindLightDepth() {
 
 void MLDisplayCache::RenderAndBindSSAO(const MDrawRequest& request, M3dView& view) {
     Draw draw;
+    draw.dirty = request.token() & kPart;
     view.beginGL();
     Shared& all = shared();
-    if (GLUse() && Begin(request, view, draw)) {
+    if (GLUse() && Begin(request, view, draw) && !(draw.dirty && draw.rect.IsEmpty())) {
+        // The occlusion that a part of the picture shows, and the depth that it is made from.
+        const int width = view.portWidth(), height = view.portHeight();
+        const ScreenRect shown =
+                             draw.rect.Grown(BlurReach(width), BlurReach(height), width, height),
+                         below = draw.rect.Grown(OcclusionReach(width), OcclusionReach(height),
+                                                 width, height);
         LPoint3 min, max;
         GetBBox(min, max);
         MBoundingBox box(MPoint(min.x, min.y, min.z), MPoint(max.x, max.y, max.z));
@@ -280,7 +303,7 @@ void MLDisplayCache::RenderAndBindSSAO(const MDrawRequest& request, M3dView& vie
         all.ssaodepthGLSL.SetFarNear(std::max(one, other), std::min(one, other));
         if (all.ssaodepth.MakeCurrent()) {
             if (all.ssaodepthGLSL.UseProgram()) {
-                DrawPass pass{DrawKind::kDepth, &draw.projection};
+                DrawPass pass{DrawKind::kDepth, &draw.projection, draw.dirty ? &below : nullptr};
                 pass.stroking = owner_->IsStroking();
                 for (LGLVoxel& voxel : voxels_) voxel.Draw(*this, pass);
                 all.ssaodepthGLSL.UnUseProgram();
@@ -292,6 +315,11 @@ void MLDisplayCache::RenderAndBindSSAO(const MDrawRequest& request, M3dView& vie
         all.ssaoGLSL.SetSamples(settings_.ssaoSamples);
         if (all.ssao.MakeCurrent()) {
             all.ssaodepth.ActivateTexture(1);
+            if (draw.dirty) {
+                const auto [x0, y0, x1, y1] = OnMap(shown, width, height, all.ssao.size());
+                glEnable(GL_SCISSOR_TEST);
+                glScissor(x0, y0, x1 - x0, y1 - y0);
+            }
             if (all.ssaoGLSL.UseProgram()) {
                 glBegin(GL_QUADS);
                 for (const auto& [x, y] :
@@ -346,14 +374,15 @@ ScreenRect MLDisplayCache::GetDirtyBox2D(const M3dView& view, const MDrawRequest
         rect.Join(projection.Of(low, high));
     }
     if (rect.IsEmpty() || !settings_.ssao) return rect;
-    // As far as a tap of the occlusion, and then of its blur, reaches. Two texels of its maps more,
-    // since what lies between texels is a mean.
-    const auto reach = [&](int size) {
-        return std::max(4, static_cast<int>(static_cast<float>(size * settings_.ssaoSamples) *
-                                            settings_.ssaoRadius * 0.5f)) +
-               static_cast<int>(std::ceil(size * (0.004 + 2.0 / 512)));
-    };
-    return rect.Grown(reach(width), reach(height), width, height);
+    return rect.Grown(OcclusionReach(width), OcclusionReach(height), width, height);
+}
+
+/// As far as a tap of the occlusion, and then of its blur, reaches, in pixels of a view so wide or
+/// high.
+int MLDisplayCache::OcclusionReach(int size) const {
+    return std::max(4, static_cast<int>(static_cast<float>(size * settings_.ssaoSamples) *
+                                        settings_.ssaoRadius * 0.5f)) +
+           BlurReach(size);
 }
 
 namespace {
