@@ -18,7 +18,7 @@ struct Row {
     Draw draw;
     const char* failed;
 };
-// Vertices, flat faces and the bounding box are never asked for; tangents come with the frames.
+// Vertices, flat faces and the bounding box are never asked for.
 constexpr Row kRows[] = {
     {SurfaceDraw::kWireframe, &MLDisplayCache::DrawWireframe, ""},
     {SurfaceDraw::kWireframe_dirty, &MLDisplayCache::DrawWireframe_dirty, ""},
@@ -31,6 +31,7 @@ constexpr Row kRows[] = {
     {SurfaceDraw::kLightDepth, &MLDisplayCache::RenderAndBindLightDepth, ""},
     {SurfaceDraw::kSSAO, &MLDisplayCache::RenderAndBindSSAO, ""},
     {SurfaceDraw::kNormals, &MLDisplayCache::DrawNormals, "!!! exception in DrawNormals !!!"},
+    {SurfaceDraw::kTangents, &MLDisplayCache::DrawTangents, "!!! exception in DrawTangent !!!"},
     {SurfaceDraw::kSkin, &MLDisplayCache::DrawSkin, "!!! exception in DrawSkin !!!"},
     {SurfaceDraw::kVectors, &MLDisplayCache::DrawVectors, "!!! exception in DrawVectors !!!"},
 };

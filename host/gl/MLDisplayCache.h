@@ -55,8 +55,10 @@ class MLDisplayCache : public LDisplayCache {
     void UnBindLightDepth();
     void RenderAndBindSSAO(const MDrawRequest& request, M3dView& view);
     void UnBindSSAO();
-    /// Line segments from the vertices: normals; from the surface without its delta.
+    /// Line segments from the vertices: normals; where u grows, and across it, in the frames that
+    /// what is sculpted is kept in; from the surface without its delta.
     void DrawNormals(const MDrawRequest& request, M3dView& view);
+    void DrawTangents(const MDrawRequest& request, M3dView& view);
     void DrawVectors(const MDrawRequest& request, M3dView& view);
     /// The surface without its delta, solid or as lines.
     void DrawSkin(const MDrawRequest& request, M3dView& view);
@@ -136,6 +138,7 @@ class MLDisplayCache : public LDisplayCache {
     void GrowDirtyBox(std::span<const int> verts);
     size_t SelectionMark() const;
     MPoint LightPos(MPoint& center);
+    float MarkLength();
     int OcclusionReach(int size) const;
 
     DisplaySettings settings_;

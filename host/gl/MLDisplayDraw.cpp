@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/morph/LMeshBases.h"
 #include "core/sculpt/LNode.h"
 #include "host/gl/GLFunctions.h"
 #include "host/gl/MLDisplayCache.h"
@@ -394,20 +395,48 @@ void Segment(const LPoint3& from, const LPoint3& to) {
 
 }  // namespace
 
+/// Of what is drawn at vertices, in the surface's units.
+float MLDisplayCache::MarkLength() {
+    LPoint3 min, max;
+    GetBBox(min, max);
+    return 0.01f * (max - min).Len();
+}
+
 void MLDisplayCache::DrawNormals(const MDrawRequest& request, M3dView& view) {
     Draw draw;
     view.beginGL();
     if (Begin(request, view, draw)) {
         const KeptState kept;
-        LPoint3 min, max;
-        GetBBox(min, max);
-        const LPoint3 size = max - min;
-        const auto length = static_cast<float>(0.01 * MVector(size.x, size.y, size.z).length());
+        const float length = MarkLength();
         glDisable(GL_LIGHTING);
         glColor3f(0.2f, 0.35f, 0.9f);
         glBegin(GL_LINES);
         for (int v = 0; v < nverts_; ++v)
             Segment(GetVertex(v), GetVertex(v) + GetVNormal(v) * length);
+        glEnd();
+    }
+    view.endGL();
+}
+
+void MLDisplayCache::DrawTangents(const MDrawRequest& request, M3dView& view) {
+    Draw draw;
+    view.beginGL();
+    LMeshBases* bases = owner_ ? owner_->GetDeltaBases() : nullptr;
+    if (bases && Begin(request, view, draw)) {
+        const KeptState kept;
+        const BasesDirection heading(bases, LMeshBases::kTangentToObject);
+        const float length = MarkLength();
+        glDisable(GL_LIGHTING);
+        glBegin(GL_LINES);
+        for (int v = 0; v < nverts_; ++v) {
+            LPoint3 along(length, 0, 0), across(0, length, 0);
+            bases->TransformAt(level_, v, along);
+            bases->TransformAt(level_, v, across);
+            glColor3f(0.9f, 0.2f, 0.2f);
+            Segment(GetVertex(v), GetVertex(v) + along);
+            glColor3f(0.2f, 0.7f, 0.2f);
+            Segment(GetVertex(v), GetVertex(v) + across);
+        }
         glEnd();
     }
     view.endGL();

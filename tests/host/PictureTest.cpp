@@ -49,6 +49,8 @@ TEST_F(PictureTest, TheSculptedHeadInEachDisplayMode) {
     Expect("plain");
     Must("setAttr k.useShaders 1; setAttr k.objectOpacity 0.5; setAttr k.underNorm 1");
     Expect("opacity");
+    Must("setAttr k.objectOpacity 1; setAttr k.underNorm 0; setAttr k.underTangs 1");
+    Expect("tangents");
 }
 
 TEST_F(PictureTest, ColoursAStencilAndASelection) {
