@@ -356,6 +356,20 @@ def host_frames(runs):
         )
 
 
+def recalculation(runs):
+    rows = [
+        [number(runs.median("BM_Recalculate", a, "vertices")), size(a[0]), str(a[2]),
+         number(runs.median("BM_Recalculate", a, "real_time"))]
+        for a in runs.arguments("BM_Recalculate")
+    ]
+    if rows:
+        yield section(
+            "Positions and normals of what has changed",
+            "BM_Recalculate",
+            table(["vertices", "triangles of the mesh", "workers", "µs"], rows),
+        )
+
+
 def display(runs):
     what = {
         "DisplayVoxels": lambda a: "the surface is cut into voxels",
@@ -512,7 +526,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, display, graph, scenes, scripts]
+        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, recalculation, display, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

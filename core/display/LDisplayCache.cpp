@@ -12,7 +12,7 @@ namespace VantrelSDK {
 namespace {
 
 /// Entries that a worker takes at least; fewer are not worth waking it.
-constexpr int kGrain = 1024;
+constexpr int kGrain = 4096;
 
 }  // namespace
 
