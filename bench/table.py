@@ -381,7 +381,7 @@ def display(runs):
     rows = []
     for name, says in what.items():
         for a in runs.arguments(name):
-            held = name in ("DisplayVoxels", "DisplayFirst")
+            held = name == "DisplayVoxels"
             rows.append(
                 [
                     says(a),
