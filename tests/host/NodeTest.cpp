@@ -155,6 +155,38 @@ TEST_F(NodeTest, AWriteMakesStaleWhatItShould) {
     }
 }
 
+/// While a session is open a surface stands where the mesh was; nothing of it is left when it
+/// closes, nor in what is saved, nor when the node goes.
+TEST_F(NodeTest, ASurfaceStandsInThePlaceOfTheMesh) {
+    MakeNode(kHead);
+    Output();
+    const auto surfaces = [&] { return Run("size(`ls -type KelmoSurface`)"); };
+    const auto shown = [&] { return Run("getAttr shownShape.visibility"); };
+    for (int session = 0; session < 2; ++session) {
+        EXPECT_EQ(surfaces() + shown(), "01");
+        Do(0);
+        EXPECT_EQ(surfaces() + shown(), "10");
+        EXPECT_EQ(Run("listRelatives -parent `ls -type KelmoSurface`"), "shown");
+        Do(0);
+        EXPECT_EQ(surfaces(), "1") << "the session is open already";
+        Do(1);
+    }
+    Must("setAttr shownShape.visibility 0");
+    Do(0);
+    Do(1);
+    EXPECT_EQ(surfaces() + shown(), "00") << "what somebody has hidden stays so";
+    Must("setAttr shownShape.visibility 1");
+    Do(0);
+    const std::string scene = (folder / "open.mhs").string();
+    Must("file -rename \"" + scene + "\"; file -save");
+    EXPECT_EQ(surfaces() + shown(), "10") << "the session goes on";
+    Must("file -open \"" + scene + "\"");
+    EXPECT_EQ(surfaces() + shown(), "01");
+    Do(0);
+    Must("Kelmo -purge k");
+    EXPECT_EQ(surfaces() + shown(), "01");
+}
+
 /// Brushes keep to what is selected, polygons or vertices, before the session or in it; what is
 /// selected of another mesh is nothing to them.
 TEST_F(NodeTest, ASelectionKeepsTheBrushesIn) {
