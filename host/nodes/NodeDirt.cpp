@@ -14,6 +14,7 @@
 #include "host/nodes/Finders.h"
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/NodeEvaluation.h"
+#include "host/nodes/SurfaceDisplay.h"
 
 namespace VantrelSDK {
 
@@ -136,7 +137,10 @@ void NodeEvaluation::Step() {
 }
 
 void NodeEvaluation::ConnectionMade(const MPlug& plug, const MPlug& other, bool asSrc) {
-    if (asSrc) return;
+    if (asSrc) {
+        if (BaseName(plug) == "dcb") SurfaceConnected(node_, other.node());
+        return;
+    }
     Log("connected " + plug.name() + "-->" + other.name());
     const std::string name = BaseName(plug);
     if (name == "br" && node_.IsSculpting()) {
@@ -149,7 +153,10 @@ void NodeEvaluation::ConnectionMade(const MPlug& plug, const MPlug& other, bool 
 }
 
 void NodeEvaluation::ConnectionBroken(const MPlug& plug, const MPlug& other, bool asSrc) {
-    if (asSrc) return;
+    if (asSrc) {
+        if (BaseName(plug) == "dcb") SurfaceDisconnected(node_, other.node());
+        return;
+    }
     Log("disconnected " + plug.name() + " X " + other.name());
     const std::string name = BaseName(plug);
     if (name == "br" && node_.IsStroking()) {

@@ -12,19 +12,29 @@ namespace VantrelSDK {
 
 namespace {
 
+bool IsSurface(const MObject& node) {
+    return MFnDependencyNode(node).typeId() == MTypeId(kSurfaceShapeId);
+}
+
 /// The surfaces that show a node.
 MObjectArray SurfacesOf(const MLNode& node) {
     MPlugArray fed;
     node.plug(&NodeAttributes::m_moDisplayCbk).connectedTo(fed, false, true);
     MObjectArray surfaces;
     for (const MPlug& input : fed)
-        if (MFnDependencyNode(input.node()).typeId() == MTypeId(kSurfaceShapeId))
-            surfaces.append(input.node());
+        if (IsSurface(input.node())) surfaces.append(input.node());
     return surfaces;
 }
 
-MPlug VisibilityOf(const MObject& shape) {
-    return MFnDependencyNode(shape).findPlug("visibility");
+/// Whether the mesh below the same transform is seen; null where there is none.
+MPlug MeshBeside(const MObject& surface) {
+    const MFnDagNode above(MFnDagNode(surface).parent(0));
+    for (unsigned i = 0; i < above.childCount(); ++i) {
+        const MObject child = above.child(i);
+        if (child.hasFn(MFn::kMesh) && !MFnDagNode(child).isIntermediateObject())
+            return MFnDependencyNode(child).findPlug("visibility");
+    }
+    return MPlug();
 }
 
 }  // namespace
@@ -38,20 +48,28 @@ void ShowSurface(MLNode& node) {
     if (surface.isNull()) return;
     edits.connect(node.plug(&NodeAttributes::m_moDisplayCbk),
                   MFnDependencyNode(surface).findPlug("displayCbk"));
-    if (!edits.doIt()) return;
-    MPlug visibility = VisibilityOf(shape);
-    node.hidMesh = visibility.asBool();
-    if (node.hidMesh) visibility.setValue(false);
+    edits.doIt();
 }
 
 void HideSurface(MLNode& node) {
     MDagModifier edits;
     for (const MObject& surface : SurfacesOf(node)) edits.deleteNode(surface);
     edits.doIt();
-    if (!node.hidMesh) return;
-    const MObject shape = FindOutputShape(node.getThisMObject());
-    if (!shape.isNull()) VisibilityOf(shape).setValue(true);
+}
+
+void SurfaceConnected(MLNode& node, const MObject& surface) {
+    if (!IsSurface(surface) || !node.IsSculpting() || node.hidMesh) return;
+    MPlug visibility = MeshBeside(surface);
+    if (visibility.isNull() || !visibility.asBool()) return;
+    visibility.setValue(false);
+    node.hidMesh = true;
+}
+
+void SurfaceDisconnected(MLNode& node, const MObject& surface) {
+    if (!IsSurface(surface) || !node.hidMesh) return;
     node.hidMesh = false;
+    MPlug visibility = MeshBeside(surface);
+    if (!visibility.isNull()) visibility.setValue(true);
 }
 
 }  // namespace VantrelSDK

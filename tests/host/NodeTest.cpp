@@ -183,6 +183,14 @@ TEST_F(NodeTest, ASurfaceStandsInThePlaceOfTheMesh) {
     Must("file -open \"" + scene + "\"");
     EXPECT_EQ(surfaces() + shown(), "01");
     Do(0);
+    Must("delete k");
+    EXPECT_EQ(shown(), "1");
+    Must("undo");
+    EXPECT_EQ(surfaces() + shown(), "10");
+    Must("delete `ls -type KelmoSurface`");
+    EXPECT_EQ(surfaces() + shown(), "01");
+    Must("undo");
+    EXPECT_EQ(surfaces() + shown(), "10");
     Must("Kelmo -purge k");
     EXPECT_EQ(surfaces() + shown(), "01");
 }
