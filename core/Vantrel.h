@@ -20,6 +20,7 @@
 #include "core/io/PolyMesh.h"
 #include "core/io/Profile.h"
 #include "core/io/Quoted.h"
+#include "core/io/ReadParsed.h"
 #include "core/io/StrokeLog.h"
 #include "core/io/SystemMemory.h"
 #include "core/math/Float4.h"

@@ -6,7 +6,7 @@
 #include "minihost/Host.h"
 
 namespace VantrelSDK {
-struct LNodeSettings;
+class LNodeSettings;
 }
 
 namespace kelmo {

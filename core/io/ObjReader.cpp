@@ -6,13 +6,12 @@
 #include <charconv>
 #include <climits>
 #include <cstdint>
-#include <new>
 #include <span>
 #include <utility>
 
 #include "core/io/FloatText.h"
-#include "core/io/InputFile.h"
 #include "core/io/Quoted.h"
+#include "core/io/ReadParsed.h"
 
 namespace VantrelSDK {
 
@@ -422,30 +421,13 @@ bool ParseText(std::string_view text, PolyMesh& mesh, FileError& error,
 
 bool ParseObj(std::string_view text, PolyMesh& mesh, FileError& error,
               LProgressCallback* progress) {
-    error.line = 0;
-    if (progress) progress->Show();
-    bool ok = false;
-    try {
-        ok = ParseText(text, mesh, error, progress);
-    } catch (const std::bad_alloc&) {
-        error.message = "not enough memory";
-    }
-    if (progress) progress->Hide();
-    return ok;
+    return ParseWatched(error, progress, [&] { return ParseText(text, mesh, error, progress); });
 }
 
 bool ReadObj(const std::string& path, PolyMesh& mesh, FileError& error,
              LProgressCallback* progress) {
-    error.file = path;
-    error.line = 0;
-    try {
-        FileBytes bytes;
-        return ReadWholeFile(path, bytes, error.message) &&
-               ParseObj(bytes.View(), mesh, error, progress);
-    } catch (const std::bad_alloc&) {
-        error.message = "not enough memory";
-        return false;
-    }
+    return ReadParsed(path, error,
+                      [&](std::string_view text) { return ParseObj(text, mesh, error, progress); });
 }
 
 }  // namespace VantrelSDK

@@ -8,15 +8,14 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <new>
 #include <optional>
 #include <span>
 #include <vector>
 
 #include "core/io/FloatText.h"
-#include "core/io/InputFile.h"
 #include "core/io/PlyFile.h"
 #include "core/io/Quoted.h"
+#include "core/io/ReadParsed.h"
 
 namespace VantrelSDK {
 
@@ -513,32 +512,19 @@ bool PlyParser::CheckCorners() {
 
 bool ParsePly(std::string_view bytes, PolyMesh& mesh, FileError& error,
               LProgressCallback* progress) {
-    error.line = 0;
-    if (progress) progress->Show();
-    bool ok = false;
-    try {
+    return ParseWatched(error, progress, [&] {
         PlyParser parser(bytes, error, progress);
-        ok = parser.Parse();
-        if (ok) mesh = parser.TakeMesh();
-    } catch (const std::bad_alloc&) {
-        error.message = "not enough memory";
-    }
-    if (progress) progress->Hide();
-    return ok;
+        if (!parser.Parse()) return false;
+        mesh = parser.TakeMesh();
+        return true;
+    });
 }
 
 bool ReadPly(const std::string& path, PolyMesh& mesh, FileError& error,
              LProgressCallback* progress) {
-    error.file = path;
-    error.line = 0;
-    try {
-        FileBytes bytes;
-        return ReadWholeFile(path, bytes, error.message) &&
-               ParsePly(bytes.View(), mesh, error, progress);
-    } catch (const std::bad_alloc&) {
-        error.message = "not enough memory";
-        return false;
-    }
+    return ReadParsed(path, error, [&](std::string_view bytes) {
+        return ParsePly(bytes, mesh, error, progress);
+    });
 }
 
 }  // namespace VantrelSDK
