@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "bench/BenchScene.h"
+#include "bench/Timed.h"
 #include "core/sculpt/BrushMode.h"
 
 // Strokes on vertex colours and stencils: press, step, release and undo apart, at sizes 10x apart;
@@ -12,20 +13,6 @@
 
 namespace VantrelSDK::bench {
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double Median(std::vector<double>& values) {
-    if (values.empty()) return 0;
-    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-    return values[values.size() / 2];
-}
-
-void Timed(std::vector<double>& times, const auto& run) {
-    const auto start = Clock::now();
-    run();
-    times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
-}
 
 enum Affect { kGeometry, kColour, kStencil };
 

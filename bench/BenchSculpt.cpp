@@ -8,6 +8,7 @@
 #include "bench/BenchScene.h"
 #include "bench/Floor.h"
 #include "bench/MemoryWatch.h"
+#include "bench/Timed.h"
 #include "core/sculpt/BrushMode.h"
 
 // Strokes of every mode: press, step, release and undo apart, at sizes 10x apart. The counters are
@@ -17,25 +18,10 @@
 namespace VantrelSDK::bench {
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double Median(std::vector<double>& values) {
-    if (values.empty()) return 0;
-    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-    return values[values.size() / 2];
-}
-
 /// Drives other data through all caches, as whatever the artist does between two strokes would.
 void ChillCaches() {
     static std::vector<char> junk(std::max(64L << 20, sysconf(_SC_LEVEL3_CACHE_SIZE) * 5 / 4));
     for (size_t i = 0; i < junk.size(); i += 64) ++junk[i];
-}
-
-/// Runs it; microseconds into `times`.
-void Timed(std::vector<double>& times, const auto& run) {
-    const auto start = Clock::now();
-    run();
-    times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - start).count());
 }
 
 struct StrokeTimes {

@@ -157,8 +157,13 @@ void LDisplayCache::CalcAll() {
         std::copy(vnormals_.begin() + first, vnormals_.begin() + last, vnormalsPP_.begin() + first);
     });
     unfrozen_.Clear();
+    TakeAllColors();
+}
+
+void LDisplayCache::TakeAllColors() {
     if (useColors()) AllColors();
     if (colordelta_ && (!stencils_.empty() || !colordelta_->IsZeroStencil())) AllStencils();
+    InvalidateVoxels();
 }
 
 void LDisplayCache::AllColors() {

@@ -94,6 +94,8 @@ class LDisplayCache {
     /// they are to the dirty box. All of them are made first where there are none yet.
     void TakeColors(std::span<const int> verts);
     void TakeStencils(std::span<const int> verts);
+    /// Takes all that there are anew; positions and normals stay.
+    void TakeAllColors();
     LColor GetColor(int v) const;
     float GetStencil(int v) const;
 

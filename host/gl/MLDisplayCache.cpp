@@ -20,7 +20,6 @@ void MLDisplayCache::Init(LSubdivMeshI* object, LSubdivMeshI* delta) {
 
 void MLDisplayCache::CalcAll() {
     LDisplayCache::CalcAll();
-    InvalidateVoxels();
     bbox_.valid = grown_.valid = false;
 }
 

@@ -105,14 +105,9 @@ bool FindWorkingKelmoNode(MObject& node, MObject& shape) {
 }
 
 MObjectArray FindAllKelmoNodesByComponent() {
-    MSelectionList selected;
-    MGlobal::getActiveSelectionList(selected);
     MObjectArray nodes;
-    for (unsigned i = 0; i < selected.length(); ++i) {
-        MDagPath path;
-        MObject component;
-        if (!selected.getDagPath(i, path, component) || component.isNull()) continue;
-        const MObject node = FindInputKelmo(ShapeOf(path.node()));
+    for (const MObject& shape : SelectedShapes(true)) {
+        const MObject node = FindInputKelmo(shape);
         if (!node.isNull() && !std::ranges::count(nodes, node)) nodes.append(node);
     }
     return nodes;
@@ -223,14 +218,14 @@ MObject FindShapeByDagName(const MString& name) {
     return ShapeOf(FindNodeByName(name));
 }
 
-MObjectArray SelectedShapes() {
+MObjectArray SelectedShapes(bool components) {
     MSelectionList selected;
     MGlobal::getActiveSelectionList(selected);
     MObjectArray shapes;
     for (unsigned i = 0; i < selected.length(); ++i) {
         MDagPath path;
         MObject component;
-        if (!selected.getDagPath(i, path, component) || !component.isNull()) continue;
+        if (!selected.getDagPath(i, path, component) || component.isNull() == components) continue;
         const MObject shape = ShapeOf(path.node());
         if (!shape.isNull() && !std::ranges::count(shapes, shape)) shapes.append(shape);
     }

@@ -70,8 +70,9 @@ MObjectArray FindNodesByTypeId(const MTypeId& type);
 MObject FindShapeByDagName(const MString& name);
 /// The same for a node or a path that is at hand.
 MObject ShapeOf(const MObject& node);
-/// The meshes that are selected as wholes, or above which a transform is.
-MObjectArray SelectedShapes();
+/// The meshes that are selected as wholes, or above which a transform is; or those of which
+/// components are.
+MObjectArray SelectedShapes(bool components = false);
 
 /// The shortest name that finds a node.
 MString NameOf(const MObject& node);

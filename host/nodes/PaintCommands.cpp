@@ -65,10 +65,7 @@ void NodeCommands::StencilToColor() {
 
 /// Everything may have another colour.
 void NodeCommands::PaintChanged() {
-    if (LDisplayCache* shown = node_.ldisplayCache()) {
-        if (!node_.lcolorDelta()->IsZero()) shown->SetUseColor(true);
-        shown->CalcAll();
-    }
+    if (LDisplayCache* shown = node_.ldisplayCache()) shown->TakeAllColors();
     OutputChanged();
 }
 

@@ -173,9 +173,6 @@ TEST_F(NoPictures, PicturesFailAndAllElseWorks) {
     MakeNode(kelmo::kHead);
     Points("k", "outputGeom");
     Do(0);
-    Must(
-        "createNode KelmoSurface -name surface; connectAttr -force k.displayCbk "
-        "surfaceShape.displayCbk");
     EXPECT_NE(Run("refresh -fileName \"x.png\"").find("there is no OpenGL on this machine"),
               std::string::npos);
     Must("refresh");
