@@ -13,6 +13,7 @@
 #include "core/io/MeshFile.h"
 #include "core/io/ObjWriter.h"
 #include "core/io/SystemMemory.h"
+#include "core/sculpt/HeadlessTarget.h"
 #include "core/sculpt/StrokePlayer.h"
 
 namespace kelmo {
@@ -134,7 +135,8 @@ int RunReplay(const ReplayOptions& options) {
         if (!node.Load(mesh, message)) return Fail(options.mesh + ": " + message);
         if (!options.load.empty() && !LoadState(node, options.load, mesh, message))
             return Fail(message);
-        StrokePlayer player(node, mesh);
+        HeadlessTarget target(node, mesh);
+        StrokePlayer player(target);
         if (!PlayLog(options.log, player, timings, error)) return Fail(error.Text());
         touched += player.VerticesTouched();
         if (i + 1 < options.repeat) continue;

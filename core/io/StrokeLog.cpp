@@ -110,6 +110,11 @@ void VisitFields(Visitor& field, Op& op) {
     field("faces", op.faces, Count);
 }
 
+template <class Visitor, Is<PaintOp> Op>
+void VisitFields(Visitor& field, Op& op) {
+    field("edit", op.edit);
+}
+
 template <class Visitor, class Op>
 requires Is<Op, StoreOp> || Is<Op, LoadOp>
 void VisitFields(Visitor& field, Op& op) {
@@ -121,6 +126,10 @@ void VisitFields(Visitor& field, Op& op) {
     field("target", op.target, TargetName());
     field("weight", op.weight, AnyFloat);
 }
+
+/// By the value of PaintEdit.
+constexpr std::array<std::string_view, 5> PaintEdits{"clear", "invert", "fill", "color_to_stencil",
+                                                     "stencil_to_color"};
 
 enum class Place { Anywhere, InStroke, OutsideStroke };
 
@@ -334,6 +343,14 @@ class FieldReader {
             return text == "loop" || text == "quad";
         });
     }
+    void operator()(const char* name, PaintEdit& to) {
+        static const std::string expected = fmt::format("one of {}", fmt::join(PaintEdits, ", "));
+        Read<std::string>(name, expected.c_str(), Presence::Needed, [&](auto& text) {
+            const auto found = std::ranges::find(PaintEdits, text);
+            to = static_cast<PaintEdit>(found - PaintEdits.begin());
+            return found != PaintEdits.end();
+        });
+    }
     void operator()(const char* name, Ramp& to) {
         Read<Pairs>(name,
                     "[[position, value], ...], from 0 to 1 and ordered by position, at least one",
@@ -430,7 +447,9 @@ class FieldWriter {
 
     template <class T, class... Rules>
     void operator()(const char* name, const T& value, const Rules&...) {
-        line_ += fmt::format(",\"{}\":", name);
+        line_ += ",\"";
+        line_ += name;
+        line_ += "\":";
         Append(value);
     }
     template <class T, class... Rules>
@@ -468,6 +487,11 @@ class FieldWriter {
     }
     void Append(SubdivideKind kind) {
         line_ += kind == SubdivideKind::Loop ? "\"loop\"" : "\"quad\"";
+    }
+    void Append(PaintEdit edit) {
+        line_ += '"';
+        line_ += PaintEdits[static_cast<size_t>(edit)];
+        line_ += '"';
     }
     void Append(const LPoint2& p) { AppendAll(std::array{p.x, p.y}); }
     void Append(const LPoint3& p) { AppendAll(std::array{p.x, p.y, p.z}); }
@@ -573,11 +597,19 @@ bool StrokeLogReader::ReadHeader(std::string& message) {
     return false;
 }
 
-std::string WriteOp(const StrokeOp& op) {
-    std::string line = fmt::format("{{\"op\":\"{}\"", OpName(op));
-    FieldWriter writer(line);
+void AppendOp(std::string& text, const StrokeOp& op) {
+    text += "{\"op\":\"";
+    text += OpName(op);
+    text += '"';
+    FieldWriter writer(text);
     std::visit([&](const auto& o) { VisitFields(writer, o); }, op);
-    return line + "}";
+    text += '}';
+}
+
+std::string WriteOp(const StrokeOp& op) {
+    std::string line;
+    AppendOp(line, op);
+    return line;
 }
 
 StrokeLogWriter::StrokeLogWriter(std::ostream& out) : out_(out) {

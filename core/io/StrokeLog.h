@@ -11,6 +11,7 @@
 #include "core/io/LineReader.h"
 #include "core/math/LPoint2.h"
 #include "core/math/LPoint3.h"
+#include "core/paint/PaintEdit.h"
 #include "core/sculpt/LNodeSettings.h"
 
 namespace VantrelSDK {
@@ -184,15 +185,25 @@ struct ClearNeutralOp {
     bool operator==(const ClearNeutralOp&) const = default;
 };
 
+/// Edits the colours, or when only they are affected the stencils, of all vertices.
+struct PaintOp {
+    static constexpr std::string_view Name = "paint";
+
+    PaintEdit edit = PaintEdit::Clear;
+
+    bool operator==(const PaintOp&) const = default;
+};
+
 /// Closes the session; the next press opens another.
 struct FinishOp {
     static constexpr std::string_view Name = "finish";
     bool operator==(const FinishOp&) const = default;
 };
 
-using StrokeOp = std::variant<SetOp, FalloffOp, SubdivideOp, DeleteLevelOp, LevelOp, PressOp,
-                              MoveOp, ReleaseOp, UndoOp, ModifiersOp, SelectOp, HideOp, ShowOp,
-                              StoreOp, LoadOp, ApplyOp, NeutralOp, ClearNeutralOp, FinishOp>;
+using StrokeOp =
+    std::variant<SetOp, FalloffOp, SubdivideOp, DeleteLevelOp, LevelOp, PressOp, MoveOp, ReleaseOp,
+                 UndoOp, ModifiersOp, SelectOp, HideOp, ShowOp, StoreOp, LoadOp, ApplyOp, NeutralOp,
+                 ClearNeutralOp, PaintOp, FinishOp>;
 
 /// The name of an operation in the log, such as "delete_level".
 std::string_view OpName(const StrokeOp& op);
@@ -244,6 +255,8 @@ inline constexpr std::string_view StrokeLogHeader = R"({"kelmo":"strokes","versi
 /// One line of a log, without its end. Reading it gives the same operation, bit for bit. Numbers
 /// must be finite.
 std::string WriteOp(const StrokeOp& op);
+/// The same, behind what `text` holds. Operations of a stroke allocate nothing where it has room.
+void AppendOp(std::string& text, const StrokeOp& op);
 
 /// Writes a log, line by line.
 class StrokeLogWriter {

@@ -58,6 +58,7 @@ void LMeshObject::ResetArrays() {
     fmaterialids_ = {};
     fmaterialidsLvls_ = {};
     hasSelection_ = hasHidden_ = hasmtlids_ = vertsSelected_ = false;
+    ++flagChanges_;
     weighted_.clear();
     weights_.Reset(nverts);
 }
@@ -222,6 +223,7 @@ void LMeshObject::UpdateSelectionFlag() {
             if (selection[i] && !hidden[i]) return true;
         return false;
     };
+    ++flagChanges_;
     hasSelection_ = selected(fselection_, fvisibility_) || selected(vselection_, vvisibility_);
 }
 
@@ -236,10 +238,16 @@ void LMeshObject::ForEachSubFace(int face, Visit visit) const {
     }
 }
 
-/// What is selected on a level is the inside of the selected base region: a vertex that it shares
-/// with a face outside is not.
 void LMeshObject::UpdateLevelSelction() {
     if (!geom_) return;
+    ++flagChanges_;
+    SpreadToLevels();
+    if (owner_) owner_->SelectionChanged();
+}
+
+/// What is selected on a level is the inside of the selected base region: a vertex that it shares
+/// with a face outside is not.
+void LMeshObject::SpreadToLevels() {
     SizeLevelArrays();
     const uint8_t all = hasSelection_;
     std::fill(vselectionLvl_.begin(), vselectionLvl_.end(), all);
@@ -262,6 +270,7 @@ void LMeshObject::UpdateLevelSelction() {
 
 void LMeshObject::UpdateLevelVisibility() {
     if (!geom_) return;
+    ++flagChanges_;
     SizeLevelArrays();
     std::fill(vvisibilityLvl_.begin(), vvisibilityLvl_.end(), 0);
     for (Bytes& level : fvisibilityLvls_) std::fill(level.begin(), level.end(), 0);

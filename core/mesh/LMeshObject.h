@@ -58,6 +58,8 @@ class LMeshObject {
     int GetFaceMtlId(int i, int level) const;
     bool HasSelection() const { return hasSelection_; }
     bool HasHidden() const { return hasHidden_; }
+    /// Counts the times that what is selected or hidden may have changed on some level.
+    unsigned NumFlagChanges() const { return flagChanges_; }
     bool HasVertsSelected() const { return hasSelection_ && vertsSelected_; }
     bool HasFacesSelected() const;
     /// The hidden flags of the active level's faces, one byte a face.
@@ -185,6 +187,7 @@ class LMeshObject {
     template <class Visit>
     void ForEachSubFace(int face, Visit visit) const;
     void SpreadSelection(uint8_t state);
+    void SpreadToLevels();
     void AfterLevelChange();
     bool FollowLevels();
     std::unique_ptr<ILTopoCache> MakeTopoCache(const ISubdivLayer& layer) const;
@@ -203,6 +206,7 @@ class LMeshObject {
     PerLevel<int> fmaterialidsLvls_;
     ZeroedArray<float> weights_;
     std::vector<int> weighted_;
+    unsigned flagChanges_ = 0;
     bool hasSelection_ = false, hasHidden_ = false, hasmtlids_ = false, vertsSelected_ = false;
     std::vector<LPoint3> input_, blured_;
     std::vector<std::unique_ptr<LUVSubdivChannel>> uvs_;

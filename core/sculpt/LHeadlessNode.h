@@ -49,6 +49,7 @@ class LHeadlessNode : public LNode {
     void UpdateFalloffs();
     /// The pen's pressure of the moment, 0 to 1.
     void SetPenPressure(float pressure) { penPressure_ = pressure; }
+    float penPressure() const { return penPressure_; }
 
     std::unique_ptr<LProgressCallback> getProgressCallbck() override;
     int getTransformMode(bool modifiers) const override;

@@ -1,4 +1,5 @@
 #include "core/sculpt/LNode.h"
+#include "core/sculpt/StrokeListener.h"
 
 #include <algorithm>
 #include <climits>
@@ -146,6 +147,7 @@ bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     topology->AdjVerts();
     if (!reach(0.4f)) return false;
     setLevelDisplayCache();
+    PrepareColours();
     if (!reach(0.6f)) return false;
     setLevelOctTree();
     ActiveCaches().shown = surface_;
@@ -168,6 +170,7 @@ void LNode::FinishSculpt(bool) {
         if (lcolorDelta_) lcolorDelta_->FlushUndo();
         DeltaToTangent();
     }
+    const bool closed = lsculpt_;
     lsculpt_ = lstroke_ = false;
     lmode_ = -1;
     lentryCache_.reset();
@@ -178,6 +181,7 @@ void LNode::FinishSculpt(bool) {
     lsmoothCache2_.reset();
     lsmoothCache3_.reset();
     lsmoothCacheF_.reset();
+    if (closed && listener_) listener_->SessionClosed();
 }
 
 bool LNode::CanSubdivide(bool quad, std::string& error) const try {
@@ -245,6 +249,7 @@ bool LNode::AddLevel(bool quad) {
     RenewProxies();
     UpdateNeutralShape();
     RestartLevel(progress, 0.6f);
+    if (listener_) listener_->Subdivided(quad);
     return true;
 }
 
@@ -263,6 +268,7 @@ bool LNode::SetActiveSubdivLevel(unsigned level) {
     ProgressScope progress(getProgressCallbck());
     GoToLevel(level, progress, 0.6f);
     RestartLevel(progress, 0.6f);
+    if (listener_) listener_->LevelSet(static_cast<int>(level));
     return true;
 }
 
@@ -293,6 +299,7 @@ bool LNode::DeleteTopLevelSudiv() {
     RenewProxies();
     UpdateNeutralShape();
     RestartLevel(progress, 0.5f);
+    if (listener_) listener_->LevelDeleted();
     return true;
 }
 
@@ -306,6 +313,11 @@ void LNode::UpdateHidden() {
     loctTree_ = nullptr;
     ProgressScope progress(getProgressCallbck());
     RestartLevel(progress, 0);
+    if (listener_) listener_->HiddenChanged();
+}
+
+void LNode::SelectionChanged() {
+    if (listener_) listener_->SelectionChanged();
 }
 
 bool LNode::UpdateBase() {

@@ -17,6 +17,7 @@
 #include "core/morph/LMorphDelta.h"
 #include "core/morph/LTargetLists.h"
 #include "core/paint/LColorDelta.h"
+#include "core/paint/PaintEdit.h"
 #include "core/sculpt/LFalloffCache.h"
 #include "core/sculpt/LThreadGroup.h"
 #include "core/sculpt/NormalSmoother.h"
@@ -28,6 +29,7 @@ class LDynMask;
 class LFrameTerm;
 class LMeshBasesUV2;
 class LPattern;
+class StrokeListener;
 struct StrokeStep;
 
 /// Which modes drag what the press has weighted, and which are brushes whose steps add up.
@@ -112,6 +114,12 @@ class LNode : public LTargetLists {
     /// Takes all paint off; covers everything with the paint colour. Not in a stroke.
     void ClearVertColor();
     void FloodVertColor();
+    /// In a session, makes what painting needs of the whole level; to be called when colours or
+    /// stencils become affected, so that no press has to.
+    void PrepareColours();
+    /// Edits everywhere what brushes would paint on, colours before stencils. False, and nothing
+    /// happens, in a stroke.
+    bool EditPaint(PaintEdit edit);
     LMorphDelta* GetDelta() const { return lcurMorph_.get(); }
     LSubdivMesh* GetDeltaMesh() const { return lcurMorph_ ? lcurMorph_->GetOrigMesh() : nullptr; }
     /// The longest delta vector, 0 without a delta.
@@ -142,6 +150,11 @@ class LNode : public LTargetLists {
     virtual void FinishTransform(bool clearWeights);
     /// Takes back the newest stroke. False when there is none.
     bool UndoStroke();
+    /// Hears from now on what is done to the surface; borrowed, null for nobody.
+    void SetListener(StrokeListener* listener) { listener_ = listener; }
+    StrokeListener* listener() const { return listener_; }
+    /// Passes on that the object has another selection.
+    void SelectionChanged();
     /// Vertices that the last stroke changed.
     int GetNumTouched() const { return touched_; }
 
@@ -538,6 +551,7 @@ class LNode : public LTargetLists {
     void RestartLevel(ProgressScope& progress, float from);
     void SurfaceChanged(std::span<const int> verts);
     StrokeStep MakeStep(int mode);
+    void EndStroke(bool clearWeights);
     void Prepare(int mode, bool atPress, bool force);
     bool HasStroke() const { return lmode_ != -1 && lobject_ && lcurMorph_; }
 
@@ -569,6 +583,7 @@ class LNode : public LTargetLists {
     std::unique_ptr<ILRandGenerator> rgen_;
     std::vector<LDynMask*> ldynmasks_;
     const LPattern* activePattern_ = nullptr;
+    StrokeListener* listener_ = nullptr;
     /// Counts changes of the surface, so that a level's caches know whether they show it.
     unsigned surface_ = 1;
 

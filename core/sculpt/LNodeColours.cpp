@@ -1,4 +1,5 @@
 #include "core/sculpt/LNode.h"
+#include "core/sculpt/StrokeListener.h"
 
 namespace VantrelSDK {
 
@@ -21,6 +22,43 @@ void LNode::FloodVertColor() {
     if (!ldisplayCache_) return;
     if (!ldisplayCache_->useColors()) ldisplayCache_->SetUseColor(true);
     ldisplayCache_->FillColor(color);
+}
+
+void LNode::PrepareColours() {
+    if (!lsculpt_ || !ldisplayCache_ || !HasColours()) return;
+    if (getAffectVertexColor()) ldisplayCache_->TakeColors({});
+    if (getAffectStencil()) ldisplayCache_->TakeStencils({});
+}
+
+bool LNode::EditPaint(PaintEdit edit) {
+    if (!lcolorDelta_ || lstroke_) return false;
+    const bool colours = getAffectVertexColor(), stencils = !colours && getAffectStencil();
+    switch (edit) {
+        case PaintEdit::Clear:
+            if (colours) ClearVertColor();
+            if (stencils) lcolorDelta_->ClearStencil();
+            break;
+        case PaintEdit::Invert:
+            if (colours) lcolorDelta_->InvertDelta();
+            if (stencils) lcolorDelta_->InvertStencil();
+            break;
+        case PaintEdit::Fill:
+            if (colours) FloodVertColor();
+            if (stencils) {
+                const LColor color = GetVertexPaintColor();
+                lcolorDelta_->FillStencil((color.r + color.g + color.b) / 3);
+            }
+            break;
+        case PaintEdit::ColorToStencil:
+            lcolorDelta_->ColorToStencil();
+            break;
+        case PaintEdit::StencilToColor:
+            lcolorDelta_->StencilToColor();
+            break;
+    }
+    if (ldisplayCache_) ldisplayCache_->TakeAllColors();
+    if (listener_) listener_->Painted(edit);
+    return true;
 }
 
 /// The colour delta's record of a stroke, before the delta gets its own. Returns how many vertices

@@ -3,6 +3,7 @@
 #include "core/morph/LMeshBases.h"
 #include "core/morph/SkinFrames.h"
 #include "core/sculpt/LNode.h"
+#include "core/sculpt/StrokeListener.h"
 
 namespace VantrelSDK {
 
@@ -39,6 +40,7 @@ bool LNode::createNeutral() {
     lcurMorph_->Invalidate();
     RenewProxies();
     UpdateNeutralShape();
+    if (listener_) listener_->NeutralMade();
     return true;
 }
 
@@ -51,6 +53,7 @@ bool LNode::clearNeutral() {
     ShiftTargets(shift);
     neutral->Clear();
     lcurMorph_->Invalidate();
+    if (listener_) listener_->NeutralCleared();
     return true;
 }
 

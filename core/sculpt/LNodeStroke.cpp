@@ -3,6 +3,7 @@
 
 #include "core/sculpt/BrushMode.h"
 #include "core/sculpt/LNode.h"
+#include "core/sculpt/StrokeListener.h"
 #include "core/sculpt/StrokeStep.h"
 
 namespace VantrelSDK {
@@ -12,6 +13,7 @@ bool LNode::InitTransform(const LPoint3& pos, const LPoint3& dir, const LPoint3&
                           bool force) {
     lmode_ = -1;
     if (!lobject_ || !lcurMorph_) return false;
+    if (listener_) listener_->Pressed(pos, dir, orth, normal, screen, radius, mode);
     lcurMorph_->SetDetailsDirty(true);
     lstroke_ = true;
     lsnapOK_ = false;
@@ -32,9 +34,7 @@ bool LNode::InitTransform(const LPoint3& pos, const LPoint3& dir, const LPoint3&
     if (getAffectGeometry()) lcurMorph_->AllockBack();
     if (LColorDelta* colours = StrokeColours()) {
         colours->AllockBack();
-        // Now, so that no step has to make them.
-        if (ldisplayCache_ && getAffectVertexColor()) ldisplayCache_->TakeColors({});
-        if (ldisplayCache_ && getAffectStencil()) ldisplayCache_->TakeStencils({});
+        PrepareColours();
     }
     dragged_.clear();
     preparedMode_ = -1;
@@ -77,6 +77,7 @@ StrokeStep LNode::MakeStep(int mode) {
 
 bool LNode::Transform(const LPoint3& pos, const LPoint2& screen, const LPoint3& normal) {
     if (!HasStroke() || ltrans_[2] == pos) return false;
+    if (listener_) listener_->Moved(pos, screen, normal);
     // The new normal counts twice among the five.
     lnormHist_ = {normal, normal, lnormHist_[0], lnormHist_[1], lnormHist_[2]};
     lnormal_ = LPoint3::Zero;
@@ -108,6 +109,11 @@ bool LNode::Transform(const LPoint3& pos, const LPoint2& screen, const LPoint3& 
 
 void LNode::FinishTransform(bool clearWeights) {
     if (!lstroke_) return;
+    EndStroke(clearWeights);
+    if (listener_) listener_->Released();
+}
+
+void LNode::EndStroke(bool clearWeights) {
     lstroke_ = false;
     lmode_ = -1;
     stampChainStarted_ = false;
@@ -145,6 +151,7 @@ bool LNode::UndoStroke() {
     if (!lcurMorph_ || lstroke_) return false;
     std::vector<int> restored, painted;
     KeepUndosInStep();
+    const bool any = lcurMorph_->GetNumUndos() > 0;
     const bool moved = lcurMorph_->Undo(&restored);
     const bool recoloured = lcolorDelta_ && lcolorDelta_->Undo(&painted);
     if (recoloured && ldisplayCache_) {
@@ -153,6 +160,7 @@ bool LNode::UndoStroke() {
         if (ldisplayCache_->useColors()) ldisplayCache_->TakeColors(painted);
         if (!lcolorDelta_->IsZeroStencil()) ldisplayCache_->TakeStencils(painted);
     }
+    if (listener_ && any) listener_->Undone();
     if (!moved) return recoloured;
     lcurMorph_->SetDetailsDirty(true);
     if (!lsculpt_) return true;

@@ -3,9 +3,13 @@
 #include <new>
 
 #include "core/io/Quoted.h"
-#include "core/mesh/Triangulation.h"
 
 namespace VantrelSDK {
+
+StrokePlayer::StrokePlayer(StrokeTarget& target) : target_(target), node_(target.node()) {
+    SetShiftPressed(false);
+    SetCtrlPressed(false);
+}
 
 StrokePlayer::~StrokePlayer() {
     SetShiftPressed(false);
@@ -26,44 +30,13 @@ bool StrokePlayer::Play(const StrokeOp& op, std::string& error) try {
 }
 
 bool StrokePlayer::Do(const SetOp& op, std::string& error) {
-    const LNodeSettings former = node_.settings();
-    const SettingResult result = node_.settings().Set(op.name, op.value, op.index);
-    if (!result) {
-        error = result.message;
-        return false;
-    }
-    node_._luseSelected() = node_.settings().useSelected;
-    if (Follow(former, error)) return true;
-    node_.settings() = former;
-    return false;
-}
-
-/// Some settings change what is there.
-bool StrokePlayer::Follow(const LNodeSettings& former, std::string& error) {
-    const LNodeSettings& now = node_.settings();
-    const bool smoothed = now.objSmIt != former.objSmIt,
-               neutral = now.neutralize != former.neutralize;
-    const bool moved = now.UVchannel != former.UVchannel;
-    if (node_.IsStroking() && (smoothed || neutral || moved)) {
-        error = std::string(smoothed  ? "objSmIt"
-                            : neutral ? "neutralize"
-                                      : "UVchannel") +
-                " can't change inside a stroke; release the stroke first";
-        return false;
-    }
-    if (smoothed) {
-        node_.ConvertSmoothing3(former.objSmIt, now.objSmIt);
-        node_.UpdateBase();
-    }
-    if (now.blendTarg != former.blendTarg || now.blendSpace != former.blendSpace)
-        node_.setBlendCache(now.blendTarg);
-    if (moved) node_.MoveToChannel(former.UVchannel);
-    return !neutral || node_.Neutralize(now.neutralize, error);
+    if (op.name == "useSelected")
+        if (const bool* use = std::get_if<bool>(&op.value)) node_._luseSelected() = *use;
+    return target_.SetSetting(op.name, op.value, op.index, error);
 }
 
 bool StrokePlayer::Do(const FalloffOp& op, std::string&) {
-    (op.curve == 1 ? node_.settings().falloff : node_.settings().falloff2) = op.points;
-    node_.UpdateFalloffs();
+    target_.SetFalloff(op.curve, op.points);
     return true;
 }
 
@@ -91,14 +64,14 @@ bool StrokePlayer::Do(const LevelOp& op, std::string& error) {
 
 bool StrokePlayer::Do(const PressOp& op, std::string& error) {
     if (!OpenSession(error)) return false;
-    node_.settings().sculptMode = op.mode;
-    node_.SetPenPressure(op.pressure);
+    if (!target_.SetSetting("sculptMode", static_cast<double>(op.mode), {}, error)) return false;
+    target_.SetPressure(op.pressure);
     node_.InitTransform(op.pos, op.dir, op.orth, op.normal, op.screen, op.radius, op.mode, false);
     return true;
 }
 
 bool StrokePlayer::Do(const MoveOp& op, std::string&) {
-    node_.SetPenPressure(op.pressure);
+    target_.SetPressure(op.pressure);
     node_.Transform(op.pos, op.screen, op.normal);
     return true;
 }
@@ -121,11 +94,11 @@ bool StrokePlayer::Do(const ModifiersOp& op, std::string&) {
 }
 
 bool StrokePlayer::CheckPolygons(const std::vector<int>& polygons, std::string& error) const {
+    const int count = target_.NumPolygons();
     for (const int p : polygons)
-        if (p < 0 || p >= mesh_.NumPolygons()) {
+        if (p < 0 || p >= count) {
             error = "polygon " + std::to_string(p) +
-                    " does not exist: the mesh has polygons 0 to " +
-                    std::to_string(mesh_.NumPolygons() - 1);
+                    " does not exist: the mesh has polygons 0 to " + std::to_string(count - 1);
             return false;
         }
     return true;
@@ -134,7 +107,7 @@ bool StrokePlayer::CheckPolygons(const std::vector<int>& polygons, std::string& 
 template <class Edit>
 void StrokePlayer::ForFaces(const std::vector<int>& polygons, Edit edit) {
     for (const int p : polygons)
-        for (int f = FirstFaceOf(mesh_, p); f < FirstFaceOf(mesh_, p + 1); ++f) edit(f);
+        for (int f = target_.FirstFaceOf(p); f < target_.FirstFaceOf(p + 1); ++f) edit(f);
 }
 
 bool StrokePlayer::Do(const SelectOp& op, std::string& error) {
@@ -168,9 +141,7 @@ bool StrokePlayer::Do(const LoadOp& op, std::string& error) {
 }
 
 bool StrokePlayer::Do(const ApplyOp& op, std::string& error) {
-    if (!Find(op.target, error)) return false;
-    node_.weights().Set(op.target, op.weight);
-    return node_.SetTime(node_.ltime(), -1);
+    return Find(op.target, error) && target_.Apply(op.target, op.weight, error);
 }
 
 bool StrokePlayer::Do(const NeutralOp&, std::string& error) {
@@ -183,6 +154,11 @@ bool StrokePlayer::Do(const ClearNeutralOp&, std::string& error) {
     if (node_.clearNeutral()) return true;
     error = "NEUTRAL is empty already.";
     return false;
+}
+
+bool StrokePlayer::Do(const PaintOp& op, std::string&) {
+    node_.EditPaint(op.edit);
+    return true;
 }
 
 bool StrokePlayer::Do(const FinishOp&, std::string&) {

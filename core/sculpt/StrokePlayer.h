@@ -1,18 +1,19 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
-#include "core/io/PolyMesh.h"
 #include "core/io/StrokeLog.h"
-#include "core/sculpt/LHeadlessNode.h"
+#include "core/sculpt/LNode.h"
+#include "core/sculpt/StrokeTarget.h"
 
 namespace VantrelSDK {
 
 /// Plays the operations of a stroke log on a node.
 class StrokePlayer {
   public:
-    /// Both are borrowed; `node` has loaded `mesh`.
-    StrokePlayer(LHeadlessNode& node, const PolyMesh& mesh) : node_(node), mesh_(mesh) {}
+    /// Borrowed; it has a mesh. Lets go of the modifier keys: a log begins so.
+    explicit StrokePlayer(StrokeTarget& target);
     /// Lets go of the modifier keys.
     ~StrokePlayer();
 
@@ -45,15 +46,15 @@ class StrokePlayer {
     bool Do(const ApplyOp& op, std::string& error);
     bool Do(const NeutralOp& op, std::string& error);
     bool Do(const ClearNeutralOp& op, std::string& error);
+    bool Do(const PaintOp& op, std::string& error);
     bool Do(const FinishOp& op, std::string& error);
     LMorphTarget* Find(const std::string& target, std::string& error) const;
-    bool Follow(const LNodeSettings& former, std::string& error);
     bool CheckPolygons(const std::vector<int>& polygons, std::string& error) const;
     template <class Edit>
     void ForFaces(const std::vector<int>& polygons, Edit edit);
 
-    LHeadlessNode& node_;
-    const PolyMesh& mesh_;
+    StrokeTarget& target_;
+    LNode& node_;
     long long touched_ = 0;
 };
 

@@ -107,14 +107,8 @@ size_t MLDisplayCache::VoxelMemory() const {
 /// What tells one selection, or choice of hidden faces, from another.
 size_t MLDisplayCache::SelectionMark() const {
     const LMeshObject* object = owner_ ? owner_->lobject() : nullptr;
-    if (!object || (!object->HasFacesSelected() && !object->HasHidden())) return 0;
-    size_t mark = 1469598103934665603u;
-    for (int f = 0; f < nfaces_; ++f) {
-        const unsigned state = (object->IsFaceSelected(f, level_) ? 1u : 0u) |
-                               (object->IsFaceVisible(f, level_) ? 2u : 0u);
-        mark = (mark ^ state) * 1099511628211u;
-    }
-    return mark | 1;
+    if (!object || (!object->HasSelection() && !object->HasHidden())) return 0;
+    return size_t{object->NumFlagChanges()} + 1;
 }
 
 void MLDisplayCache::Refresh() {

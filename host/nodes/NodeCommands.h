@@ -6,9 +6,10 @@
 
 #include <span>
 
+#include "core/paint/PaintEdit.h"
+
 namespace VantrelSDK {
 
-class LColorDelta;
 class LMorphTarget;
 class MLNode;
 
@@ -121,13 +122,12 @@ class NodeCommands {
     void UpdateUVSets();
 
     // Vertex colours and stencils.
-    LColorDelta* Paint();
     void ClearPaint();
     void InvertPaint();
     void FillPaint();
     void ColorToStencil();
     void StencilToColor();
-    void PaintChanged();
+    void EditPaint(PaintEdit edit);
 
     // The neutral.
     void SetNeutralize();

@@ -72,6 +72,7 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
     } else if (kShown.contains(name)) {
         node_.displyDirtied = true;
         if (name == "pouc") node_.inputChanged = true;
+        if (name == "affc" || name == "affs") node_.PrepareColours();
         if (name == "affc") ShowColors();
     }
 }

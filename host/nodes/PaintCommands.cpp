@@ -12,61 +12,24 @@ std::span<const NodeCommands::Row> NodeCommands::PaintRows() {
     return rows;
 }
 
-/// The paint to work on; null in a stroke.
-LColorDelta* NodeCommands::Paint() {
-    return HasGeometry() && !node_.IsStroking() ? node_.lcolorDelta() : nullptr;
-}
-
-/// What brushes would paint on is what is meant, colours before stencils.
 void NodeCommands::ClearPaint() {
-    LColorDelta* paint = Paint();
-    if (!paint) return;
-    if (node_.getAffectVertexColor())
-        node_.ClearVertColor();
-    else if (node_.getAffectStencil())
-        paint->ClearStencil();
-    PaintChanged();
+    EditPaint(PaintEdit::Clear);
 }
-
 void NodeCommands::InvertPaint() {
-    LColorDelta* paint = Paint();
-    if (!paint) return;
-    if (node_.getAffectVertexColor())
-        paint->InvertDelta();
-    else if (node_.getAffectStencil())
-        paint->InvertStencil();
-    PaintChanged();
+    EditPaint(PaintEdit::Invert);
 }
-
 void NodeCommands::FillPaint() {
-    LColorDelta* paint = Paint();
-    if (!paint) return;
-    const LColor color = node_.GetVertexPaintColor();
-    if (node_.getAffectVertexColor())
-        node_.FloodVertColor();
-    else if (node_.getAffectStencil())
-        paint->FillStencil((color.r + color.g + color.b) / 3);
-    PaintChanged();
+    EditPaint(PaintEdit::Fill);
 }
-
 void NodeCommands::ColorToStencil() {
-    LColorDelta* paint = Paint();
-    if (!paint) return;
-    paint->ColorToStencil();
-    PaintChanged();
+    EditPaint(PaintEdit::ColorToStencil);
 }
-
 void NodeCommands::StencilToColor() {
-    LColorDelta* paint = Paint();
-    if (!paint) return;
-    paint->StencilToColor();
-    PaintChanged();
+    EditPaint(PaintEdit::StencilToColor);
 }
 
-/// Everything may have another colour.
-void NodeCommands::PaintChanged() {
-    if (LDisplayCache* shown = node_.ldisplayCache()) shown->TakeAllColors();
-    OutputChanged();
+void NodeCommands::EditPaint(PaintEdit edit) {
+    if (HasGeometry() && node_.EditPaint(edit)) OutputChanged();
 }
 
 }  // namespace VantrelSDK

@@ -6,6 +6,7 @@
 
 #include "core/io/ObjReader.h"
 #include "core/io/StrokeLog.h"
+#include "core/sculpt/HeadlessTarget.h"
 #include "core/sculpt/StrokePlayer.h"
 #include "tests/host/ModuleFixture.h"
 
@@ -51,7 +52,8 @@ class NodeTest : public ModuleFixture {
         EXPECT_TRUE(ReadObj(kHead, mesh, problem)) << problem.Text();
         LHeadlessNode node;
         EXPECT_TRUE(node.Load(mesh, error)) << error;
-        StrokePlayer player(node, mesh);
+        HeadlessTarget target(node, mesh);
+        StrokePlayer player(target);
         const auto play = [&](const StrokeOp& op) { EXPECT_TRUE(player.Play(op, error)) << error; };
         for (int i = 0; i < level; ++i) play(SubdivideOp{SubdivideKind::Quad});
         play(FalloffOp{1, falloff});

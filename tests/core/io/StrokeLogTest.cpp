@@ -73,6 +73,7 @@ TEST(StrokeLog, ReadsEveryOperation) {
 {"op":"apply","weight":-0.5,"target":"AH"}
 {"op":"neutral"}
 {"op":"clear_neutral"}
+{"op":"paint","edit":"color_to_stencil"}
 {"op":"finish"})");
     const std::vector<StrokeOp> expected = {
         SetOp{"symmetry", 1.0, {}},
@@ -95,6 +96,7 @@ TEST(StrokeLog, ReadsEveryOperation) {
         ApplyOp{"AH", -0.5f},
         NeutralOp{},
         ClearNeutralOp{},
+        PaintOp{PaintEdit::ColorToStencil},
         FinishOp{},
     };
     EXPECT_EQ(log.error, "");
@@ -331,6 +333,7 @@ StrokeOp AnyOp(bool inStroke) {
             return ApplyOp{AnyName(), AnyPoint2().x};
         },
         [] { return NeutralOp(); },
+        [] { return PaintOp{static_cast<PaintEdit>(*rc::gen::inRange(0, 5))}; },
     };
     const auto& ops = *rc::gen::arbitrary<bool>() ? anywhere : inStroke ? inside : outside;
     return ops[*rc::gen::inRange<size_t>(0, ops.size())]();

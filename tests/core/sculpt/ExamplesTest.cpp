@@ -4,6 +4,7 @@
 #include <map>
 
 #include "core/io/ObjReader.h"
+#include "core/sculpt/HeadlessTarget.h"
 #include "core/sculpt/StrokePlayer.h"
 #include "tests/Paths.h"
 #include "tests/core/math/SameBits.h"
@@ -36,7 +37,8 @@ std::vector<LPoint3> Played(const std::string& log, const PolyMesh& mesh, int wo
     LHeadlessNode node(workers);
     std::string message;
     EXPECT_TRUE(node.Load(mesh, message)) << message;
-    StrokePlayer player(node, mesh);
+    HeadlessTarget target(node, mesh);
+    StrokePlayer player(target);
     StrokeLogReader reader(log);
     StrokeOp op;
     FileError error;
