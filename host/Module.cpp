@@ -4,6 +4,7 @@
 #include "core/sculpt/LNodeRecord.h"
 #include "host/commands/GeneralCommands.h"
 #include "host/commands/KelmoCmd.h"
+#include "host/commands/KelmoJournalCmd.h"
 #include "host/commands/KelmoNewCmd.h"
 #include "host/commands/KelmoStrokeCmd.h"
 #include "host/commands/ObjectCommands.h"
@@ -81,10 +82,11 @@ constexpr CommandRow kCommands[] = {
     {"KelmoStroke", KelmoStrokeCmd::creator, nullptr},
     {"KelmoSubdivs", MakeNodeCommand<kKelmoSubdivsCmd>, MakeNodeSyntax<kKelmoSubdivsCmd>},
     {"KelmoRender", KelmoRenderCmd::creator, KelmoRenderCmd::newSyntax},
+    {"KelmoJournal", KelmoJournalCmd::creator, KelmoJournalCmd::newSyntax},
 };
 constexpr const char* kCommandsDown[] = {
     "KelmoVersion", "Kelmo",       "KelmoNew",    "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoNeutral", "KelmoTarget", "KelmoStroke", "KelmoSubdivs", "KelmoRender",
+    "KelmoNeutral", "KelmoTarget", "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal",
 };
 
 /// Tells a failure by what was being done.

@@ -33,6 +33,10 @@ class LFalloffCache {
         return values[k] + (values[k + 1] - values[k]) * (x - locations[k]) / dt;
     }
 
+    /// Where the samples lie, from 0 in the centre to below 1, and their values.
+    const std::vector<float>& Locations() const { return locations; }
+    const std::vector<float>& Values() const { return values; }
+
   protected:
     friend class FalloffSampler;
 

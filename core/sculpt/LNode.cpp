@@ -316,6 +316,10 @@ void LNode::UpdateHidden() {
     if (listener_) listener_->HiddenChanged();
 }
 
+void LNode::SurfaceReplaced() {
+    if (listener_) listener_->Replaced();
+}
+
 void LNode::SelectionChanged() {
     if (listener_) listener_->SelectionChanged();
 }

@@ -152,7 +152,8 @@ class LNode : public LTargetLists {
     bool UndoStroke();
     /// Hears from now on what is done to the surface; borrowed, null for nobody.
     void SetListener(StrokeListener* listener) { listener_ = listener; }
-    StrokeListener* listener() const { return listener_; }
+    /// Tells it that something else than strokes made the surface what it is now.
+    void SurfaceReplaced();
     /// Passes on that the object has another selection.
     void SelectionChanged();
     /// Vertices that the last stroke changed.

@@ -3,33 +3,26 @@
 #include <maya/MFloatArray.h>
 #include <maya/MGlobal.h>
 #include <maya/MIntArray.h>
-#include <maya/MRampAttribute.h>
 
 #include <algorithm>
 
-#include "core/sculpt/LNodeSettings.h"
 #include "host/ml/MLNode.h"
 
 namespace VantrelSDK {
 
-namespace {
-
-/// The curve as the core has it, when it is linear between its points; a curve without points falls
-/// from the centre to the rim.
-bool IsLinear(const MRampAttribute& plug, Ramp& ramp) {
+std::optional<Ramp> LinearRamp(const MRampAttribute& plug) {
     MIntArray indices, kinds;
     MFloatArray positions, values;
     plug.getEntries(indices, positions, values, kinds);
-    if (positions.length() == 0) ramp = {{0, 1}, {1, 0}};
+    if (positions.length() == 0) return Ramp{{0, 1}, {1, 0}};
+    Ramp ramp;
     for (unsigned i = 0; i < positions.length(); ++i) {
-        if (kinds[i] != MRampAttribute::kLinear) return false;
+        if (kinds[i] != MRampAttribute::kLinear) return std::nullopt;
         ramp.push_back({positions[i], values[i]});
     }
     std::ranges::stable_sort(ramp, {}, &RampPoint::position);
-    return true;
+    return ramp;
 }
-
-}  // namespace
 
 void MLFalloffCache::Compute() {
     const MPlug ramp = node_.plug(ramp_);
@@ -38,15 +31,14 @@ void MLFalloffCache::Compute() {
         return;
     }
     const MRampAttribute plug(ramp);
-    Ramp points;
-    const bool linear = IsLinear(plug, points);
+    const std::optional<Ramp> linear = LinearRamp(plug);
     float t = 0;
     for (size_t i = 0; i < values.size(); ++i, t += dt) {
         locations[i] = t;
         float value = 1;
         MStatus status;
         if (linear)
-            value = RampValue(points, t);
+            value = RampValue(*linear, t);
         else
             plug.getValueAtPosition(t, value, &status);
         if (!status) {

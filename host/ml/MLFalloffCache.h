@@ -1,11 +1,20 @@
 #pragma once
 
+#include <maya/MRampAttribute.h>
+
+#include <optional>
+
 #include "core/sculpt/LFalloffCache.h"
+#include "core/sculpt/LNodeSettings.h"
 #include "host/nodes/NodeAttributes.h"
 
 namespace VantrelSDK {
 
 class MLNode;
+
+/// The curve as the core has it, when it is linear between its points; a curve without points falls
+/// from the centre to the rim.
+std::optional<Ramp> LinearRamp(const MRampAttribute& plug);
 
 /// A falloff curve that is a ramp of the host's. It belongs to the node, and would keep the node
 /// alive if it held the plug.

@@ -21,6 +21,7 @@
 #include "host/ml/MLProgressCallback.h"
 #include "host/nodes/GeometryLine.h"
 #include "host/nodes/KelmoSelMessage.h"
+#include "host/nodes/NodeJournal.h"
 #include "host/nodes/SurfaceDisplay.h"
 
 namespace VantrelSDK {
@@ -49,7 +50,10 @@ MDagPath ShapeFedBy(const MPlug& output) {
 
 }  // namespace
 
+MLNode::MLNode(int workers) : LNode(workers) {}
+
 MLNode::~MLNode() {
+    journal.reset();
     if (IsSculpting()) KelmoSelMessage::DeregisterCallbacks();
 }
 
@@ -243,20 +247,20 @@ int MLNode::getTransformMode(bool modifiers) const {
     return modifiers && IsCtrlPressed() ? GetCtrlMode(mode) : mode;
 }
 
-float MLNode::getBrushPaintPressure(bool) const {
+float MLNode::getBrushPaintPressure(bool tablet) const {
     const MPlug all = plug(&NodeAttributes::m_moPaintPressMult);
     const int mode = getTransformMode(false);
     if (all.isNull()) Error("null PaintPressMult plug");
     if (all.numElements() == 0) Error("PaintPressMult plug has 0 elements");
     const MPlug element = all.elementByLogicalIndex(static_cast<unsigned>(std::max(mode, 0)));
-    return element.asFloat() * 1.0f * 0.1f;
+    return element.asFloat() * (tablet ? penPressure() : 1.0f) * 0.1f;
 }
 
-float MLNode::getVertColorStrength(bool) const {
+float MLNode::getVertColorStrength(bool tablet) const {
     const MPlug all = plug(&NodeAttributes::m_moVertColorStrength);
     const unsigned mode = static_cast<unsigned>(std::max(getTransformMode(false), 0));
     if (all.numElements() == 0) return 0.1f;
-    return all.elementByLogicalIndex(mode).asFloat() * 0.1f;
+    return all.elementByLogicalIndex(mode).asFloat() * (tablet ? penPressure() : 1.0f) * 0.1f;
 }
 
 LColor MLNode::getVertexPaintColor() const {

@@ -18,6 +18,7 @@ namespace VantrelSDK {
 class LBlindData;
 class MLColorDelta;
 class MLMeshObject;
+class NodeJournal;
 
 /// What the pointer's tool knows of a stroke beyond the plugs, in world space.
 struct BrushView {
@@ -202,6 +203,13 @@ class MLNode : public LNode {
         if (!frameTerms().empty()) SetTime(ticks, levels);
     }
 
+    /// The pen's: 1 where there is none.
+    float penPressure() const { return playedPressure >= 0 ? playedPressure : 1; }
+    /// The one that a log is played with; -1 while none is.
+    float playedPressure = -1;
+    /// Where what is done to this node is kept; null for nowhere.
+    std::unique_ptr<NodeJournal> journal;
+
     // What evaluation and commands share.
 
     /// The node has taken a mesh; its state came from a scene and waits for one.
@@ -220,7 +228,7 @@ class MLNode : public LNode {
     void ForceEvaluation(double by = 1000) { lastEvalTime += MTime(by); }
 
   protected:
-    using LNode::LNode;
+    explicit MLNode(int workers = 0);
 
   private:
     bool Bool(NodeAttributes::Member attribute) const { return plug(attribute).asBool(); }

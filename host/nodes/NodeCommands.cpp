@@ -4,6 +4,7 @@
 #include <maya/MGlobal.h>
 
 #include <map>
+#include <set>
 
 #include "host/ml/Diagnostics.h"
 #include "host/ml/MLMeshObject.h"
@@ -33,6 +34,15 @@ int NumberFor(NodeClass which, int number) {
     return which == NodeClass::kNode && number >= 25 ? number + 3 : number;
 }
 
+/// A journal has what this does to the shape and to what is stored, or it does nothing to them.
+bool IsTold(int number) {
+    static const std::set<int> told{
+        0,   1,   4,   5,   6,   7,   11,  18,  19,  20,  21,  24,  26,  27,  28,  32,  90,  91,
+        92,  93,  94,  95,  96,  97,  98,  105, 106, 107, 108, 109, 110, 111, 112, 113, 114, 116,
+        117, 118, 119, 120, 121, 122, 123, 132, 134, 182, 183, 188, 193, 194, 237, 242, 243, 244};
+    return told.contains(number);
+}
+
 }  // namespace
 
 void NodeCommands::Run(MPlugArray& affected) {
@@ -40,7 +50,10 @@ void NodeCommands::Run(MPlugArray& affected) {
     const int number = NumberFor(node_.nodeClass(), node_.plug(&N::m_moCommnad).asInt());
     Log(MString(std::to_string(number)));
     const auto known = AllCommands().find(number);
-    if (known != AllCommands().end()) (this->*known->second)();
+    if (known == AllCommands().end()) return;
+    (this->*known->second)();
+    // Nothing else of what they do can be played from a journal.
+    if (!IsTold(number)) node_.SurfaceReplaced();
 }
 
 int NodeCommands::Index() const {

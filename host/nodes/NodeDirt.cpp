@@ -14,6 +14,7 @@
 #include "host/nodes/Finders.h"
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/NodeEvaluation.h"
+#include "host/nodes/NodeJournal.h"
 #include "host/nodes/SurfaceDisplay.h"
 
 namespace VantrelSDK {
@@ -46,6 +47,9 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
     static const std::set<std::string> kShown{
         "affc", "dimo", "affs", "sten", "pmod", "puv",  "shaz", "shal", "oo",  "usop",
         "ssao", "ssar", "sssa", "glsl", "cull", "shtx", "txop", "pouc", "dmo", "dma"};
+    // What a pointer that moves writes.
+    static const std::set<std::string> kPointer{"br",  "rpx", "rpy",  "rpz", "rdx", "rdy", "rdz",
+                                                "scx", "scy", "brnm", "cm",  "ex",  "ex0", "p0"};
     const std::string name = BaseName(plug);
     Log(name.c_str());
     if (name == "ex" || name == "ex0") {

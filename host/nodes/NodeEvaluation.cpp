@@ -116,6 +116,7 @@ bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level) {
         }
         if (output == Output::kDisplay && node_.GetDeltaMesh())
             node_.meshObject()->SetActiveSubdivLevel(node_.GetDeltaMesh()->GetActiveLevel());
+        if (changed) node_.SurfaceReplaced();
         if (node_.IsSculpting() && changed) node_.UpdateBase();
     }
     node_.inputChanged = false;

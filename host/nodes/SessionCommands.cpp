@@ -93,6 +93,7 @@ void NodeCommands::PostRender() {
 
 void NodeCommands::MergeTweaks() {
     if (!HasGeometry() || !node_.mergeTweaks()) return;
+    node_.SurfaceReplaced();
     OutputChanged();
     MGlobal::executeCommand("refresh");
 }

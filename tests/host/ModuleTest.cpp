@@ -42,7 +42,7 @@ class ModuleTest : public testing::Test {
 
 const std::vector<std::string> kCommands = {
     "KelmoNew",     "KelmoVersion", "Kelmo",       "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoNeutral", "KelmoTarget",  "KelmoStroke", "KelmoSubdivs", "KelmoRender"};
+    "KelmoNeutral", "KelmoTarget",  "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal"};
 
 std::vector<unsigned> Numbers(const std::vector<MTypeId>& ids) {
     std::vector<unsigned> numbers;
