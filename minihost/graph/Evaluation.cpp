@@ -23,7 +23,10 @@ Graveyard& Graves() {
 /// on.
 class Spread {
   public:
-    Spread() : queue_(Queue()) { queue_.clear(); }
+    Spread() : queue_(Queue()) {
+        queue_.clear();
+        ReviseScene();
+    }
     ~Spread() { --Depth(); }
 
     void Start(Slot& slot) { queue_.push_back(&slot); }
@@ -113,6 +116,8 @@ class Spread {
 /// How many evaluations stand on the stack.
 int g_chain = 0;
 
+std::uint64_t g_revision = 0;
+
 struct ChainGuard {
     ChainGuard() { ++g_chain; }
     ~ChainGuard() { --g_chain; }
@@ -144,6 +149,14 @@ MStatus EvaluateLeaf(Slot& slot) {
 }
 
 }  // namespace
+
+std::uint64_t SceneRevision() {
+    return g_revision;
+}
+
+void ReviseScene() {
+    ++g_revision;
+}
 
 PropagationGuard::PropagationGuard() {
     ++Graves().walking;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "maya/MStatus.h"
 #include "minihost/graph/Slot.h"
 
@@ -30,6 +32,11 @@ void SetResult(Slot& leaf, Datum value);
 void Changed(Slot& slot);
 /// Makes a slot stale, with what depends on it. Stops where all is stale already.
 void MarkDirty(Slot& slot);
+
+/// A number that grows with whatever changes of the scene: values, connections, nodes and their
+/// places, what is selected. Whoever shows the scene compares it.
+std::uint64_t SceneRevision();
+void ReviseScene();
 
 /// While one lives, slots and nodes that are taken out of the scene are kept in memory.
 class PropagationGuard {

@@ -271,6 +271,7 @@ void Modifier::Select(std::vector<Selected> selection) {
     if (selection == scene_.selection) return;
     const auto select = [this](std::vector<Selected> what) {
         scene_.selection = std::move(what);
+        ReviseScene();
         scene_.listeners().Tell({"Event", "SelectionChanged"});
     };
     Did([select, before = scene_.selection] { select(before); },

@@ -53,6 +53,7 @@ void Scene::Add(const NodePtr& node, DagNode* parent) {
     }
     node->inScene_ = true;
     Index(node);
+    ReviseScene();
     if (isNew && node->logic_) node->logic_->PostConstructor();
     TellOfNode("NodeAdded", node);
 }
@@ -66,6 +67,7 @@ void Scene::Remove(const NodePtr& node) {
     }
     std::erase_if(selection, [&node](const Selected& s) { return s.node == node; });
     Unindex(*node);
+    ReviseScene();
     node->inScene_ = false;
     PropagationGuard::Bury(node);
 }
@@ -178,6 +180,7 @@ int Scene::PlaceOf(const DagNode& node) const {
 void Scene::Reparent(DagNode& node, DagNode* parent, int place) {
     const DagNodePtr self = node.ShareDag();
     if (!parent) parent = world_.get();
+    ReviseScene();
     std::erase(node.parent_->children_, self);
     auto& siblings = parent->children_;
     const bool atEnd = place < 0 || place > static_cast<int>(siblings.size());
@@ -226,6 +229,7 @@ void Scene::Disconnect(Slot& destination) {
     if (!destination.source) return;
     PropagationGuard guard;
     Evaluate(destination);
+    ReviseScene();
     Slot& source = *destination.source;
     destination.source = nullptr;
     std::erase(source.destinations, &destination);

@@ -56,6 +56,45 @@ MMatrix Camera::Projection(int width, int height) const {
     return m;
 }
 
+void Camera::MoveTo(const MPoint& eye) {
+    DagNode& place = *shape_.parent();
+    const MPoint moved = eye * place.WorldMatrix().inverse() * place.Matrix();
+    const double to[3] = {moved.x, moved.y, moved.z};
+    WriteNumbers(*place.FindSlot("translate"), to, 3);
+}
+
+void Camera::Tumble(double left, double up) {
+    if (!shape_.parent() || Number("orthographic") != 0) return;
+    const double distance = Number("centerOfInterest");
+    const MPoint middle = MPoint(0, 0, -distance) * ModelView().inverse();
+    Slot& rotate = *shape_.parent()->FindSlot("rotate");
+    const auto angle = [&rotate](size_t axis) { return NumberOf(Pull(*rotate.parts[axis])); };
+    const double turned[3] = {angle(0) + up, angle(1) + left, angle(2)};
+    WriteNumbers(rotate, turned, 3);
+    const MMatrix place = ModelView().inverse();
+    MoveTo(middle + MVector(place[2][0], place[2][1], place[2][2]) * distance);
+}
+
+void Camera::Track(double right, double up) {
+    if (!shape_.parent()) return;
+    const double width = Number("orthographic") != 0
+                             ? Number("orthographicWidth")
+                             : Number("centerOfInterest") * Number("horizontalFilmAperture") *
+                                   kMillimetres / Number("focalLength");
+    MoveTo(MPoint(-right * width, -up * width, 0) * ModelView().inverse());
+}
+
+void Camera::Dolly(double share) {
+    if (!shape_.parent() || !(share > 0)) return;
+    if (Number("orthographic") != 0)
+        return SetNumber("orthographicWidth", Number("orthographicWidth") * share);
+    const double distance = Number("centerOfInterest"), far = Number("farClipPlane"),
+                 next = std::clamp(distance * share, far * 1e-4, far * 0.5);
+    MoveTo(MPoint(0, 0, next - distance) * ModelView().inverse());
+    SetNumber("centerOfInterest", next);
+    SetNumber("nearClipPlane", next * 0.02);
+}
+
 void Camera::Frame(std::span<const MPoint> points, int width, int height) {
     if (points.empty() || !shape_.parent()) return;
     const MMatrix view = ModelView(), place = view.inverse();
@@ -79,10 +118,7 @@ void Camera::Frame(std::span<const MPoint> points, int width, int height) {
     distance = std::max(distance, radius * 0.01);
     // Camera to world, with the eye at the right distance behind the middle.
     const MPoint eye = MPoint(middle.x, middle.y, middle.z + distance) * place;
-    const MMatrix above = shape_.parent()->WorldMatrix(), local = shape_.parent()->Matrix();
-    const MPoint moved = eye * above.inverse() * local;
-    const double to[3] = {moved.x, moved.y, moved.z};
-    WriteNumbers(*shape_.parent()->FindSlot("translate"), to, 3);
+    MoveTo(eye);
     SetNumber("nearClipPlane", std::max(distance - 2 * radius, distance * 0.02));
     SetNumber("farClipPlane", distance + 20 * radius);
     SetNumber("centerOfInterest", distance);

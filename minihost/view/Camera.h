@@ -24,7 +24,19 @@ class Camera {
     /// points.
     void Frame(std::span<const MPoint> points, int width, int height);
 
+    // What a person does with it. The middle is the point ahead of it that it turns about, at its
+    // "centerOfInterest".
+    /// Turns it about the middle, in radians to the left and up; a camera without perspective
+    /// stays.
+    void Tumble(double left, double up);
+    /// Shifts it and the middle, so that what lies there moves by a share of the view's width.
+    void Track(double right, double up);
+    /// Brings it to a share of its distance from the middle, above 0.
+    void Dolly(double share);
+
   private:
+    /// Places the eye, in world coordinates.
+    void MoveTo(const MPoint& eye);
     double Number(const char* attribute) const;
     void SetNumber(const char* attribute, double value);
 

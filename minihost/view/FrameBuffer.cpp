@@ -69,26 +69,43 @@ void FrameBuffer::Bind() const {
     glDisable(GL_SCISSOR_TEST);
 }
 
+unsigned FrameBuffer::Resolve() const {
+    if (samples_ == 0) return drawn_.frame;
+    glDisable(GL_SCISSOR_TEST);
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, drawn_.frame);
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, resolved_.frame);
+    glBlitFramebuffer(0, 0, width_, height_, 0, 0, width_, height_, GL_COLOR_BUFFER_BIT,
+                      GL_NEAREST);
+    return resolved_.frame;
+}
+
+void FrameBuffer::Show(int x, int y) const {
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, Resolve());
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+    glBlitFramebuffer(0, 0, width_, height_, x, y, x + width_, y + height_, GL_COLOR_BUFFER_BIT,
+                      GL_NEAREST);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+}
+
 Picture FrameBuffer::Read() const {
-    if (samples_ > 0) {
-        glBindFramebuffer(GL_READ_FRAMEBUFFER, drawn_.frame);
-        glBindFramebuffer(GL_DRAW_FRAMEBUFFER, resolved_.frame);
-        glBlitFramebuffer(0, 0, width_, height_, 0, 0, width_, height_, GL_COLOR_BUFFER_BIT,
-                          GL_NEAREST);
-    }
-    glBindFramebuffer(GL_FRAMEBUFFER, samples_ > 0 ? resolved_.frame : drawn_.frame);
-    Picture picture{width_, height_, 3, {}};
-    picture.pixels.resize(picture.RowBytes() * static_cast<size_t>(height_));
+    glBindFramebuffer(GL_FRAMEBUFFER, Resolve());
+    Picture picture = ReadPixels(width_, height_);
+    glBindFramebuffer(GL_FRAMEBUFFER, drawn_.frame);
+    return picture;
+}
+
+Picture ReadPixels(int width, int height) {
+    Picture picture{width, height, 3, {}};
+    picture.pixels.resize(picture.RowBytes() * static_cast<size_t>(height));
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glReadPixels(0, 0, width_, height_, GL_RGB, GL_UNSIGNED_BYTE, picture.pixels.data());
+    glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, picture.pixels.data());
     // OpenGL begins at the bottom.
     const size_t row = picture.RowBytes();
     std::uint8_t* pixels = picture.pixels.data();
-    for (int y = 0; y < height_ / 2; ++y)
+    for (int y = 0; y < height / 2; ++y)
         std::swap_ranges(pixels + static_cast<size_t>(y) * row,
                          pixels + static_cast<size_t>(y + 1) * row,
-                         pixels + static_cast<size_t>(height_ - 1 - y) * row);
-    glBindFramebuffer(GL_FRAMEBUFFER, drawn_.frame);
+                         pixels + static_cast<size_t>(height - 1 - y) * row);
     return picture;
 }
 

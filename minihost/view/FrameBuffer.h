@@ -23,11 +23,17 @@ class FrameBuffer {
     void Bind() const;
     /// What was drawn, the samples of a pixel averaged; opaque.
     Picture Read() const;
+    /// Puts that into the context's window, with its lower left corner in a place there. Drawing
+    /// goes to the window from then on.
+    void Show(int x, int y) const;
 
     int width() const { return width_; }
     int height() const { return height_; }
 
   private:
+    /// Averages the samples; the name of the frame buffer that has them.
+    unsigned Resolve() const;
+
     struct Target {
         unsigned frame = 0, color = 0, depth = 0;
     };
@@ -39,5 +45,8 @@ class FrameBuffer {
     /// The second is what the samples of the first are averaged into.
     Target drawn_, resolved_;
 };
+
+/// What is in the bound frame buffer, from its lower left corner; opaque.
+Picture ReadPixels(int width, int height);
 
 }  // namespace minihost

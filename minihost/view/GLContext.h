@@ -13,6 +13,8 @@ class GLContext {
 
     /// Makes the calls of this thread go to this context.
     virtual bool MakeCurrent() = 0;
+    /// Shows what was drawn into its window; nothing without one.
+    virtual void Swap() {}
 
     /// A context that needs no display, compatibility profile, by EGL: on the first device that
     /// has one, else in software. Null with the reason in `error`.

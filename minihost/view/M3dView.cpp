@@ -7,6 +7,7 @@
 #include "maya/MPxSurfaceShapeUI.h"
 #include "minihost/Host.h"
 #include "minihost/api/Status.h"
+#include "minihost/view/ViewWindow.h"
 
 using minihost::Host;
 using minihost::Tell;
@@ -108,9 +109,26 @@ MStatus M3dView::viewToWorld(short x, short y, MPoint& origin, MVector& directio
     return status;
 }
 
-MStatus M3dView::refresh(bool all, bool) {
+MStatus M3dView::refresh(bool all, bool force) {
     minihost::Views& views = Host::Get().views;
-    if (!all) return view_ && view_->Draw().empty() ? MS::kSuccess : MS::kFailure;
-    for (size_t i = 0; i < views.count(); ++i) views.At(i).Draw();
+    const auto draw = [force](minihost::View& view) {
+        if (!view.window) return view.Draw().empty();
+        force ? view.window->Show() : view.window->Touch();
+        return true;
+    };
+    if (!all) return view_ && draw(*view_) ? MS::kSuccess : MS::kFailure;
+    for (size_t i = 0; i < views.count(); ++i) draw(views.At(i));
     return MS::kSuccess;
+}
+
+_WidgetRec* M3dView::widget() const {
+    return view_ && view_->window ? view_->window->widget() : nullptr;
+}
+
+_XDisplay* M3dView::display() const {
+    return view_ && view_->window ? view_->window->display() : nullptr;
+}
+
+unsigned long M3dView::window() const {
+    return view_ && view_->window ? view_->window->window() : 0;
 }

@@ -10,6 +10,7 @@
 namespace minihost {
 
 class GLContext;
+class ViewWindow;
 
 /// The scene as a camera sees it, in a frame buffer of its own. Between BeginGL and EndGL, and
 /// while it draws, the context is current and drawing goes to that buffer. The context must
@@ -24,6 +25,8 @@ class View {
     /// Draws all shapes of the scene that are visible, over a plain background. Empty, or why not.
     std::string Draw();
     Picture Read();
+    /// Puts what was drawn into the context's window, see FrameBuffer::Show.
+    void Show(int x, int y) { pixels_.Show(x, y); }
     bool BeginGL();
     void EndGL();
 
@@ -31,6 +34,9 @@ class View {
     int height() const { return pixels_.height(); }
     /// The camera's shape.
     const DagNodePtr& camera() const { return camera_; }
+    void SetCamera(DagNodePtr camera) { camera_ = std::move(camera); }
+    /// What shows it; null for one without a window. Borrowed.
+    ViewWindow* window = nullptr;
     MMatrix ModelView() const;
     MMatrix Projection() const;
     /// Where a point of the world is, in pixels from the lower left corner, and its depth from 0 to

@@ -36,6 +36,13 @@ void Turn(DagNode& camera, const NamedView& view) {
     Write(*camera.FindSlot("orthographic"), view.flat ? 1.0 : 0.0);
 }
 
+/// Of some nodes, or of the scene where there are none.
+void AddPoints(const std::vector<NodePtr>& nodes, std::vector<MPoint>& points) {
+    for (const NodePtr& node : nodes)
+        if (auto* dag = dynamic_cast<DagNode*>(node.get())) AddVisiblePoints(*dag, points);
+    if (nodes.empty()) AddVisiblePoints(Host::Get().scene.world(), points);
+}
+
 }  // namespace
 
 void AddVisiblePoints(DagNode& node, std::vector<MPoint>& points) {
@@ -72,7 +79,7 @@ std::string Views::Begin() {
 
 void Views::Tidy() {
     std::erase_if(views_, [this](const Entry& entry) {
-        const bool gone = !entry.view->camera()->isInScene();
+        const bool gone = !entry.view->window && !entry.view->camera()->isInScene();
         if (gone && active_ == entry.view.get()) active_ = nullptr;
         return gone;
     });
@@ -106,8 +113,7 @@ View* Views::Open(const PictureOptions& options, std::string& error) {
     bool made = false;
     const DagNodePtr camera = FindCamera(options.camera, made, error);
     if (!camera) return nullptr;
-    auto entry =
-        std::ranges::find_if(views_, [&](const Entry& e) { return e.view->camera() == camera; });
+    auto entry = FindPicture(camera);
     if (entry == views_.end())
         entry = views_.insert(entry, {std::make_unique<View>(*context_, camera), {}, made});
     View& view = *entry->view;
@@ -120,7 +126,51 @@ View* Views::Open(const PictureOptions& options, std::string& error) {
         Camera(*camera).Frame(points, view.width(), view.height());
         entry->framed = view.ModelView();
     }
-    return active_ = &view;
+    if (!active_ || !active_->window) active_ = &view;
+    return &view;
+}
+
+std::vector<Views::Entry>::iterator Views::FindPicture(const DagNodePtr& camera) {
+    return std::ranges::find_if(
+        views_, [&](const Entry& e) { return !e.view->window && e.view->camera() == camera; });
+}
+
+View* Views::OpenWindow(std::unique_ptr<GLContext> context, ViewWindow& window,
+                        const PictureOptions& options, std::string& error) {
+    bool made = false;
+    const DagNodePtr camera = FindCamera(options.camera, made, error);
+    if (!camera) return nullptr;
+    context_ = std::move(context);
+    auto view = std::make_unique<View>(*context_, camera);
+    error = view->Resize(options.width, options.height, options.samples);
+    if (!error.empty()) return nullptr;
+    view->window = &window;
+    active_ = view.get();
+    views_.push_back({std::move(view), {}, false});
+    Frame(*active_, {});
+    return active_;
+}
+
+void Views::Forget() {
+    active_ = nullptr;
+    views_.clear();
+    context_.reset();
+}
+
+std::string Views::LookThrough(View& view, const std::string& name) {
+    bool made = false;
+    std::string error;
+    const DagNodePtr camera = FindCamera(name, made, error);
+    if (!camera) return error;
+    view.SetCamera(camera);
+    if (made) Frame(view, {});
+    return {};
+}
+
+void Views::Frame(View& view, const std::vector<NodePtr>& nodes) {
+    std::vector<MPoint> points;
+    AddPoints(nodes, points);
+    Camera(*view.camera()).Frame(points, view.width(), view.height());
 }
 
 std::string Views::Draw(const PictureOptions& options, Picture& picture) {
@@ -136,14 +186,11 @@ std::string Views::Frame(const PictureOptions& options, const std::vector<NodePt
     std::string error;
     const DagNodePtr shape = FindCamera(options.camera, made, error);
     if (!shape) return error;
-    std::vector<MPoint> points;
-    for (const NodePtr& node : nodes)
-        if (auto* dag = dynamic_cast<DagNode*>(node.get())) AddVisiblePoints(*dag, points);
-    if (nodes.empty()) AddVisiblePoints(Host::Get().scene.world(), points);
-    const auto entry =
-        std::ranges::find_if(views_, [&](const Entry& e) { return e.view->camera() == shape; });
+    const auto entry = FindPicture(shape);
     const bool open = entry != views_.end();
     if (open) entry->follows = false;
+    std::vector<MPoint> points;
+    AddPoints(nodes, points);
     Camera(*shape).Frame(points, open ? entry->view->width() : options.width,
                          open ? entry->view->height() : options.height);
     return {};

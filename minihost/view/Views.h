@@ -10,6 +10,7 @@
 namespace minihost {
 
 class GLContext;
+class ViewWindow;
 
 /// What a picture is to be.
 struct PictureOptions {
@@ -21,8 +22,8 @@ struct PictureOptions {
     int samples = 4;
 };
 
-/// The views that there are: one for each camera that was drawn through, in one context, which is
-/// made with the first.
+/// The views that there are, in one context: those in windows, and one for each camera that a
+/// picture was drawn through.
 class Views {
   public:
     Views();
@@ -32,13 +33,24 @@ class Views {
     /// is asked for; as long as nobody moves that, it frames all that is visible. Null with the
     /// reason in `error`.
     View* Open(const PictureOptions& options, std::string& error);
+    /// Forgets all views and the context, so that another one can be made: drivers let a thread
+    /// have one of a kind.
+    void Forget();
+    /// A view for a window, which stays until it is forgotten and is the active one meanwhile. All
+    /// views draw in `context` from here on. To be called when there are none.
+    View* OpenWindow(std::unique_ptr<GLContext> context, ViewWindow& window,
+                     const PictureOptions& options, std::string& error);
+    /// What a view sees from here on: a camera, or a named view, as Open makes it. Empty, or why
+    /// not.
+    std::string LookThrough(View& view, const std::string& camera);
     /// Draws through a camera and reads what was drawn. Empty, or why not.
     std::string Draw(const PictureOptions& options, Picture& picture);
     /// Moves a camera so that all that is visible, or only `nodes`, fits into its view, which has
     /// the size of the options where it is not open. Empty, or why not.
     std::string Frame(const PictureOptions& options, const std::vector<NodePtr>& nodes);
+    void Frame(View& view, const std::vector<NodePtr>& nodes);
 
-    /// The one that was opened last; null while there is none.
+    /// That of the window; without one, the one that was opened last, null while there is none.
     View* active() const { return active_; }
     size_t count() const { return views_.size(); }
     View& At(size_t index) const { return *views_[index].view; }
@@ -60,6 +72,8 @@ class Views {
     };
 
     DagNodePtr FindCamera(const std::string& name, bool& made, std::string& error);
+    /// The view of pictures through a camera.
+    std::vector<Entry>::iterator FindPicture(const DagNodePtr& camera);
 
     std::unique_ptr<GLContext> context_;
     std::vector<Entry> views_;

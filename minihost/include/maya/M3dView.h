@@ -9,6 +9,9 @@
 namespace minihost {
 class View;
 }
+// Of the display: an Xt widget and a connection of Xlib.
+struct _WidgetRec;
+struct _XDisplay;
 
 /// A view of the scene through a camera: a picture that is drawn without a display, or a window.
 /// Copies name the same view. Positions in a view count from its lower left corner, in pixels.
@@ -52,8 +55,16 @@ class M3dView {
     /// The ray that is seen in a place.
     MStatus viewToWorld(short x, short y, MPoint& origin, MVector& direction) const;
 
-    /// Draws anew: this view or `all`.
+    /// Draws anew: this view or `all`. In a window that is done with the next frame, or at once
+    /// with `force`.
     MStatus refresh(bool all = false, bool force = false);
+
+    /// What takes the pointer's events of a view in a window (`Widget`, whose pixels are the
+    /// view's, y downward), the connection (`Display*`) and the window's number (`Window`); null
+    /// and 0 for a view without a window.
+    _WidgetRec* widget() const;
+    _XDisplay* display() const;
+    unsigned long window() const;
 
     bool operator==(const M3dView& other) const { return view_ == other.view_; }
     minihost::View* view() const { return view_; }
