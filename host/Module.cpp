@@ -22,6 +22,9 @@
 #include "host/nodes/KelmoNode2.h"
 #include "host/nodes/KelmoRenderMessage.h"
 #include "host/nodes/NodeCallbacks.h"
+#include "host/tools/KelmoToolContextCmd.h"
+#include "host/tools/KelmoToolLocator.h"
+#include "host/tools/Tablet.h"
 
 // What the module brings, in the order in which the host hears of it and, elsewhere, in which it is
 // taken down. Scenes and scripts rely on names and numbers alone.
@@ -61,9 +64,21 @@ constexpr NodeRow kNodes[] = {
      MPxNode::kDependNode, "register Kelmo2 node"},
     {kKelmoHelperName, kKelmoHelperId, KelmoHelper::creator, KelmoHelper::initialize,
      MPxNode::kDeformerNode, "register Kelmo helper node"},
+    {kToolLocatorName, kToolLocatorId, KelmoToolLocator::creator, KelmoToolLocator::initialize,
+     MPxNode::kLocatorNode, "register Kelmo Tool Locator Node"},
 };
 /// The order in which they go.
-constexpr unsigned kNodesDown[] = {kKelmoNode2Id, kKelmoHelperId, kKelmoNodeId, kSurfaceShapeId};
+constexpr unsigned kNodesDown[] = {kKelmoNode2Id, kKelmoHelperId, kKelmoNodeId, kToolLocatorId,
+                                   kSurfaceShapeId};
+
+struct ContextRow {
+    const char* name;
+    MCreatorFunction creator;
+    const char* registering;
+};
+constexpr ContextRow kContexts[] = {
+    {"KelmoToolContext", KelmoToolContextCmd::creator, "register Tool Context Command"},
+};
 
 struct CommandRow {
     const char* name;
@@ -108,6 +123,9 @@ MStatus RegisterTypes(MFnPlugin& plugin) {
                                      KelmoSurfaceShape::creator, KelmoSurfaceShape::initialize,
                                      KelmoSurfaceShapeUI::creator),
                 "register KelmoSurfaceShape Node"));
+    for (const ContextRow& row : kContexts)
+        CHECK_MSTATUS_AND_RETURN_IT(
+            Checked(plugin.registerContextCommand(row.name, row.creator), row.registering));
     for (const CommandRow& row : kCommands)
         CHECK_MSTATUS_AND_RETURN_IT(
             Checked(plugin.registerCommand(row.name, row.creator, row.syntax), row.name));
@@ -136,7 +154,9 @@ void Report() {
     }
     PrintGlInfo();
     MLNode::LoadPreferences();
-    if (!LNode::prefDoUseTablet)
+    if (LNode::prefDoUseTablet)
+        Tablet_Load();
+    else
         MGlobal::displayInfo("TABLET SENSIVITY IS OF - YOU CAN TURN IT ON KELMO PREFERENCES");
     ReportFile("patterns.cfg", "Vantrel: patterns configuration file is found in\n//");
     ReportFile("kmmove.xpm", "Vantrel: icons are found in\n");
@@ -144,12 +164,16 @@ void Report() {
 }
 
 MStatus DeregisterTypes(MFnPlugin& plugin) {
+    // A tool that is on holds nodes.
+    MGlobal::executeCommand("setToolTo selectSuperContext");
     for (const unsigned id : kNodesDown)
         CHECK_MSTATUS_AND_RETURN_IT(
             Checked(plugin.deregisterNode(MTypeId(id)), "deregister Kelmo nodes"));
     for (const DataRow& row : kData)
         CHECK_MSTATUS_AND_RETURN_IT(
             Checked(plugin.deregisterData(MTypeId(row.id)), MString("de") + row.registering));
+    for (const ContextRow& row : kContexts)
+        CHECK_MSTATUS_AND_RETURN_IT(Checked(plugin.deregisterContextCommand(row.name), row.name));
     for (const char* name : kCommandsDown)
         CHECK_MSTATUS_AND_RETURN_IT(Checked(plugin.deregisterCommand(name), name));
     return MS::kSuccess;
@@ -175,6 +199,8 @@ MStatus uninitializePlugin(MObject module) {
     MLDisplayCache::FreeGLSL();
     FreeDrawLists();
     CloseDiagFile();
+    Tablet_Unload();
+    KelmoToolLocator::release();
     KelmoSurfaceShape::release();
     KelmoNode::release();
     KelmoNode2::release();

@@ -79,6 +79,7 @@ void Host::Turn() {
 }
 
 void Host::NewScene() {
+    tools.SetTo(Tools::kSelect);
     undo.Clear();
     scene.selection.clear();
     Modifier modifier(scene);

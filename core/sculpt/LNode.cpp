@@ -26,6 +26,7 @@ int LNode::prefDumpDiagnostics = 0;
 namespace {
 
 bool shiftPressed = false, ctrlPressed = false;
+int globMode = 0;
 
 }  // namespace
 
@@ -69,6 +70,12 @@ bool IsCtrlPressed() {
 }
 void SetCtrlPressed(bool pressed) {
     ctrlPressed = pressed;
+}
+int GetGlobMode() {
+    return globMode;
+}
+void SetGlobMode(int mode) {
+    globMode = mode;
 }
 
 LNode::LNode(int workers)

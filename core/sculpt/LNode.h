@@ -50,6 +50,10 @@ void SetShiftPressed(bool pressed);
 bool IsCtrlPressed();
 void SetCtrlPressed(bool pressed);
 
+/// The mode of the tool that is on, for what draws it.
+int GetGlobMode();
+void SetGlobMode(int mode);
+
 /// The scene object of one sculpted mesh: its geometry, its delta, its stored shapes, and the cycle
 /// of session, stroke and step in which the brushes change it.
 ///

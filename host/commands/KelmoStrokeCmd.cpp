@@ -4,18 +4,28 @@
 
 #include "host/commands/NodeProtocol.h"
 #include "host/nodes/Finders.h"
+#include "host/tools/KelmoToolContext.h"
 
 namespace VantrelSDK {
 
 MStatus KelmoStrokeCmd::doIt(const MArgList&) {
+    const KelmoToolContext* tool = KelmoToolContext::GetActiveContext();
     MObject shape;
-    if (FindWorkingKelmoNode(kmNode, shape)) return MS::kSuccess;
+    if (tool && tool->node()) kmNode = tool->brushNode();
+    if (!kmNode.isNull() || FindWorkingKelmoNode(kmNode, shape)) return MS::kSuccess;
     MGlobal::displayWarning("KelmoStrokeCmd: select Kelmo to display AE correctly.");
     return MS::kFailure;
 }
 
 MStatus KelmoStrokeCmd::undoIt() {
-    NodeProtocol(kmNode).Run(6);
+    NodeProtocol node(kmNode);
+    const MString missing = node.missing() ? node.missing() : "";
+    if (missing == "commnad" || missing == "execute") {
+        MGlobal::displayError(MString("KelmoStrokeCmd: (undo) can not find ") +
+                              (missing == "execute" ? "exe" : "command") + " plug\n");
+        return MS::kFailure;
+    }
+    node.Run(6, 1000);
     return MS::kSuccess;
 }
 

@@ -23,6 +23,7 @@
 #include "host/nodes/KelmoSelMessage.h"
 #include "host/nodes/NodeJournal.h"
 #include "host/nodes/SurfaceDisplay.h"
+#include "host/tools/Tablet.h"
 
 namespace VantrelSDK {
 
@@ -245,6 +246,11 @@ int MLNode::getTransformMode(bool modifiers) const {
     if (!stored.getValue(mode)) Error("can not get value from sculptMode plug\n");
     if (IsShiftPressed()) return GetShiftMode(mode);
     return modifiers && IsCtrlPressed() ? GetCtrlMode(mode) : mode;
+}
+
+float MLNode::penPressure() const {
+    if (playedPressure >= 0) return playedPressure;
+    return prefDoUseTablet && Tablet_Loaded() ? Tablet_GetNormalPressure() : 1;
 }
 
 float MLNode::getBrushPaintPressure(bool tablet) const {

@@ -22,8 +22,8 @@ class NodeJournal;
 
 /// What the pointer's tool knows of a stroke beyond the plugs, in world space.
 struct BrushView {
-    /// From the eye into the scene, and the view's horizontal.
-    MVector view, orth;
+    /// From the eye into the scene, and the view's horizontal, which points to its left.
+    MVector view{0, 0, -1}, orth{-1, 0, 0};
     double radius = 0;
 };
 
@@ -203,8 +203,8 @@ class MLNode : public LNode {
         if (!frameTerms().empty()) SetTime(ticks, levels);
     }
 
-    /// The pen's: 1 where there is none.
-    float penPressure() const { return playedPressure >= 0 ? playedPressure : 1; }
+    /// The stylus's, where it counts, 0 to 1; 1 without one.
+    float penPressure() const;
     /// The one that a log is played with; -1 while none is.
     float playedPressure = -1;
     /// Where what is done to this node is kept; null for nowhere.

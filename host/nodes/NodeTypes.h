@@ -11,6 +11,8 @@ inline constexpr char kKelmoNodeName[] = "Kelmo", kKelmoNode2Name[] = "KelmoND",
 inline constexpr unsigned kKelmoNodeId = 1059261, kKelmoNode2Id = 1059272, kKelmoHelperId = 1059273;
 inline constexpr char kSurfaceShapeName[] = "KelmoSurface";
 inline constexpr unsigned kSurfaceShapeId = 1059265;
+inline constexpr char kToolLocatorName[] = "kelmoTool";
+inline constexpr unsigned kToolLocatorId = 1059263;
 inline constexpr char kBlindDataName[] = "KelmoBlindData",
                       kSurfaceCallbackName[] = "KelmoSurfaceCallback",
                       kStencilCallbackName[] = "KelmoStencilCallback",

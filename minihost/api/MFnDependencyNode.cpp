@@ -122,6 +122,17 @@ MStatus MFnDependencyNode::getConnections(MPlugArray& plugs) const {
     return MS::kSuccess;
 }
 
+MStatus MFnDependencyNode::setDoNotWrite(bool on) {
+    if (!node()) return MS::kFailure;
+    node()->isTransient = on;
+    return MS::kSuccess;
+}
+
+bool MFnDependencyNode::canBeWritten(MStatus* status) const {
+    Tell(status, node() ? MS::kSuccess : MS::kFailure);
+    return node() && !node()->isTransient;
+}
+
 // There are no references: what is opened or imported becomes part of the scene.
 bool MFnDependencyNode::isFromReferencedFile(MStatus* status) const {
     Tell(status, node() ? MS::kSuccess : MS::kFailure);

@@ -57,6 +57,8 @@ class Node : public Object {
     virtual std::string UniqueName() const { return name_; }
     /// Whether the node is in the scene: false before it is added and after it was deleted.
     bool isInScene() const { return inScene_; }
+    /// Left out of saved scenes, with what is below it.
+    bool isTransient = false;
     NodeLogic* logic() const { return logic_.get(); }
     template <class T>
     T* LogicAs() const {

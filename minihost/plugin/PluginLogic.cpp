@@ -119,6 +119,9 @@ MStatus MPxNode::legalConnection(const MPlug&, const MPlug&, bool, bool&) const 
 MObject MPxNode::thisMObject() const {
     return logic_ ? MObject(logic_->node().Share()) : MObject();
 }
+void MPxLocatorNode::draw(M3dView&, const MDagPath&, M3dView::DisplayStyle,
+                          M3dView::DisplayStatus) {}
+
 MTypeId MPxNode::typeId() const {
     return logic_ ? logic_->node().type().id : MTypeId();
 }

@@ -52,8 +52,16 @@ class Writer {
         }
     }
 
+    /// Whether a node, or one above it, is not to be saved.
+    static bool IsLeftOut(const Node& node) {
+        if (node.isTransient) return true;
+        const auto* dag = dynamic_cast<const DagNode*>(&node);
+        return dag && dag->parent() && IsLeftOut(*dag->parent());
+    }
+
     void WriteNode(Node& node) {
         written_.insert(&node);
+        if (IsLeftOut(node)) return;
         order_.push_back(node.Share());
         const auto* unknown = node.LogicAs<UnknownLogic>();
         const auto id = unknown ? unknown->typeId : node.type().id;
@@ -164,8 +172,9 @@ class Writer {
     }
     void WriteConnections(const Slot& slot) {
         for (const Slot* to : slot.destinations)
-            Put("connect", NameOf(*slot.node), Plug(slot).Name(), NameOf(*to->node),
-                Plug(*to).Name());
+            if (!IsLeftOut(*to->node))
+                Put("connect", NameOf(*slot.node), Plug(slot).Name(), NameOf(*to->node),
+                    Plug(*to).Name());
         for (const auto& part : slot.parts) WriteConnections(*part);
     }
 

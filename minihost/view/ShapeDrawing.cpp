@@ -2,10 +2,14 @@
 
 #include <GL/gl.h>
 
+#include <algorithm>
+
 #include "maya/M3dView.h"
 #include "maya/MDrawInfo.h"
 #include "maya/MDrawRequestQueue.h"
+#include "maya/MPxLocatorNode.h"
 #include "maya/MPxSurfaceShapeUI.h"
+#include "minihost/Host.h"
 #include "minihost/graph/Evaluation.h"
 #include "minihost/mesh/MeshTypes.h"
 #include "minihost/plugin/PluginLogic.h"
@@ -116,6 +120,16 @@ void DrawModules(View& view, DagNode& shape, const MPxSurfaceShapeUI& look) {
         if (request.component()) request.component()->draw(request, port);
 }
 
+void DrawModules(View& view, DagNode& shape, MPxLocatorNode& locator) {
+    M3dView port(&view);
+    const bool selected =
+        std::ranges::any_of(Host::Get().scene.selection, [&shape](const Selected& item) {
+            return item.node.get() == &shape || item.node.get() == shape.parent();
+        });
+    locator.draw(port, MDagPath(MObject(shape.ShareDag())), M3dView::kGouraudShaded,
+                 selected ? M3dView::kActive : M3dView::kDormant);
+}
+
 bool IsOn(Node& node, const char* attribute) {
     return NumberOf(Pull(*node.FindSlot(attribute))) != 0;
 }
@@ -132,6 +146,8 @@ void DrawShape(View& view, DagNode& shape) {
     PlaceLight();
     if (auto* logic = shape.LogicAs<PluginLogic>()) {
         if (MPxSurfaceShapeUI* look = logic->Look()) DrawModules(view, shape, *look);
+        if (auto* locator = dynamic_cast<MPxLocatorNode*>(logic->user()))
+            DrawModules(view, shape, *locator);
     } else if (shape.type().name == "mesh") {
         if (const MeshPtr mesh = MeshOf(shape)) DrawMesh(*mesh);
     } else if (shape.type().name == "locator") {

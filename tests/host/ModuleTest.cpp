@@ -57,11 +57,13 @@ TEST_F(ModuleTest, RegistersInOrderAndGoes) {
     EXPECT_EQ(Numbers(module->dataTypes),
               (std::vector<unsigned>{1059262, 1059266, 1059267, 1059268}));
     EXPECT_EQ(Numbers(module->nodeTypes),
-              (std::vector<unsigned>{1059261, 1059272, 1059273, 1059265}));
+              (std::vector<unsigned>{1059261, 1059272, 1059273, 1059263, 1059265}));
+    EXPECT_EQ(module->tools, (std::vector<std::string>{"KelmoToolContext"}));
     EXPECT_EQ(module->createProcedure + module->deleteProcedure, "KelmoCreateUIKelmoDeleteUI");
     EXPECT_EQ(module->version, "v 6.5.03");
     EXPECT_EQ(host.modules.Unload("kelmo"), "");
-    EXPECT_TRUE(module->commands.empty() && module->dataTypes.empty() && module->nodeTypes.empty())
+    EXPECT_TRUE(module->commands.empty() && module->dataTypes.empty() &&
+                module->nodeTypes.empty() && module->tools.empty())
         << "it took all down itself";
 }
 
@@ -91,7 +93,8 @@ TEST_F(ModuleTest, IsLoadedUsedAndUnloadedAHundredTimes) {
         ASSERT_EQ(host.modules.Load(paths::kModule), "");
         ASSERT_EQ(
             Run("polySphere -sx 8 -sy 6 -n ball; Kelmo -create; KelmoSubdivs -newsubdiv;"
-                "setAttr KelmoND1.commnad 0; setAttr KelmoND1.execute 1; KelmoSubdivs -q -tl"),
+                "select ball; KelmoToolContext KelmoToolContext1; setToolTo KelmoToolContext1;"
+                "KelmoSubdivs -q -tl"),
             "2")
             << told.text;
         EXPECT_THAT(host.modules.Unload("kelmo"), HasSubstr("KelmoND1"));
@@ -126,7 +129,7 @@ TEST_F(ModuleTest, ThePageHasEveryFlag) {
                 EXPECT_EQ(row[1], arguments) << command << line;
             }
             told.text.clear();
-            Run(command + " " + name + given);
+            Run(command + " " + name + given + (command == "KelmoJournal" ? " k" : ""));
             EXPECT_THAT(told.text, Not(HasSubstr("parse"))) << command << line;
             ++flags;
         }

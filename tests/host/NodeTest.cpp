@@ -5,10 +5,8 @@
 #include <set>
 
 #include "core/io/ObjReader.h"
-#include "core/io/StrokeLog.h"
-#include "core/sculpt/HeadlessTarget.h"
-#include "core/sculpt/StrokePlayer.h"
 #include "tests/host/ModuleFixture.h"
+#include "tests/host/Replayed.h"
 
 // The node as a host's scripts know it: by its attributes, connections and numbered commands.
 
@@ -46,17 +44,8 @@ class NodeTest : public ModuleFixture {
     static std::vector<float> Replay(const std::vector<Stroke>& strokes, int level,
                                      const VantrelSDK::Ramp& falloff = {{0, 1}, {1, 0}}) {
         using namespace VantrelSDK;
-        PolyMesh mesh, result;
-        FileError problem;
-        std::string error;
-        EXPECT_TRUE(ReadObj(kHead, mesh, problem)) << problem.Text();
-        LHeadlessNode node;
-        EXPECT_TRUE(node.Load(mesh, error)) << error;
-        HeadlessTarget target(node, mesh);
-        StrokePlayer player(target);
-        const auto play = [&](const StrokeOp& op) { EXPECT_TRUE(player.Play(op, error)) << error; };
-        for (int i = 0; i < level; ++i) play(SubdivideOp{SubdivideKind::Quad});
-        play(FalloffOp{1, falloff});
+        std::vector<StrokeOp> ops(static_cast<size_t>(level), SubdivideOp{SubdivideKind::Quad});
+        ops.push_back(FalloffOp{1, falloff});
         for (const Stroke& s : strokes) {
             PressOp press;
             press.mode = s.mode;
@@ -65,18 +54,16 @@ class NodeTest : public ModuleFixture {
             press.orth = {-1, 0, 0};
             press.normal = {0, 0, 1};
             press.radius = s.radius;
-            play(press);
+            ops.push_back(press);
             for (const LPoint3& p : s.moves) {
                 MoveOp move;
                 move.pos = p;
                 move.normal = press.normal;
-                play(move);
+                ops.push_back(move);
             }
-            play(ReleaseOp{});
+            ops.push_back(ReleaseOp{});
         }
-        EXPECT_TRUE(node.GetResult(mesh, level, result, error)) << error;
-        const float* raw = &result.positions.data()->x;
-        return {raw, raw + 3 * result.positions.size()};
+        return Replayed(kHead, ops, level);
     }
     std::vector<Stroke> SomeStrokes() {
         VantrelSDK::PolyMesh mesh;

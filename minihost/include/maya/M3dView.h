@@ -24,6 +24,7 @@ class M3dView {
         kWireFrame,
         kPoints,
     };
+    enum DisplayStatus { kActive, kDormant };
 
     M3dView() = default;
     /// `view` is borrowed, null for none.

@@ -9,7 +9,7 @@ class MEvent {
         kLeftMouse = 64,
         kMiddleMouse = 128,
     };
-    enum ModifierType { shiftKey = 1, controlKey = 4 };
+    enum ModifierType { shiftKey = 1, controlKey = 4, middleMouseButton = 8 };
 
     MEvent() = default;
     MEvent(short x, short y, MouseButtonType button, unsigned modifiers)
@@ -27,6 +27,8 @@ class MEvent {
     }
     bool isModifierShift() const { return modifiers_ & shiftKey; }
     bool isModifierControl() const { return modifiers_ & controlKey; }
+    /// The middle button is held while another one does something.
+    bool isModifierMiddleMouseButton() const { return modifiers_ & middleMouseButton; }
     bool isModifierNone() const { return modifiers_ == 0; }
 
   private:

@@ -40,6 +40,9 @@ class MFnDependencyNode : public MFnBase {
     MPlug findPlug(const MObject& attribute, bool wantNetworked, MStatus* status = nullptr) const;
     /// Plugs of the node that are connected, either way.
     MStatus getConnections(class MPlugArray& plugs) const;
+    /// Scenes are saved without the node and what is below it.
+    MStatus setDoNotWrite(bool on);
+    bool canBeWritten(MStatus* status = nullptr) const;
     bool isFromReferencedFile(MStatus* status = nullptr) const;
 
   protected:

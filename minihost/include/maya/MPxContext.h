@@ -1,5 +1,6 @@
 #pragma once
 
+#include "maya/MCursor.h"
 #include "maya/MStatus.h"
 #include "maya/MString.h"
 
@@ -29,7 +30,14 @@ class MPxContext {
     void setTitleString(const MString& title) { title_ = title; }
     void setHelpString(const MString& help) { help_ = help; }
     void setName(const MString& name) { name_ = name; }
+    /// What the pointer looks like in views while the tool is on.
+    const MCursor& cursor() const { return cursor_; }
+    MStatus setCursor(const MCursor& cursor) {
+        cursor_ = cursor;
+        return MStatus::kSuccess;
+    }
 
   private:
     MString name_, title_, help_;
+    MCursor cursor_;
 };

@@ -1,0 +1,134 @@
+#include "host/tools/ToolEvents.h"
+
+#include <algorithm>
+
+#include "core/sculpt/LNode.h"
+#include "host/tools/KelmoToolContext.h"
+#include "host/tools/Tablet.h"
+#include "host/tools/ViewWindows.h"
+
+// Last, since their macros are names of ours.
+#include <X11/Intrinsic.h>
+#include <X11/keysym.h>
+
+namespace VantrelSDK {
+
+namespace {
+
+constexpr EventMask kPointerEvents =
+    PointerMotionMask | LeaveWindowMask | ButtonPressMask | ButtonReleaseMask;
+constexpr EventMask kKeyEvents = KeyPressMask | KeyReleaseMask;
+
+bool altPressed = false;
+
+void TakeModifiers(unsigned state) {
+    SetModifiers(state & ShiftMask, state & ControlMask);
+    altPressed = state & Mod1Mask;
+}
+
+/// Motion and leaving, where y counts downward.
+struct PointerRecord {
+    enum Kind { kMove, kLeave } kind;
+    int x, y;
+};
+
+void motionEventHandler(KelmoToolContext& tool, Widget widget, const PointerRecord& record) {
+    M3dView view;
+    if (!FindView(widget, view)) return;
+    if (record.kind == PointerRecord::kLeave) return tool.onMouseLeave();
+    tool.onMouseMove(view, static_cast<short>(record.x),
+                     static_cast<short>(view.portHeight() - record.y - 1));
+}
+
+void XEventHandler(Widget widget, XtPointer client, XEvent* event, Boolean* goOn) {
+    *goOn = True;
+    KelmoToolContext& tool = *static_cast<KelmoToolContext*>(client);
+    switch (event->type) {
+        case MotionNotify:
+            TakeModifiers(event->xmotion.state);
+            tool.FollowFalloffCurve();
+            motionEventHandler(tool, widget,
+                               {PointerRecord::kMove, event->xmotion.x, event->xmotion.y});
+            break;
+        case LeaveNotify:
+            motionEventHandler(tool, widget,
+                               {PointerRecord::kLeave, event->xcrossing.x, event->xcrossing.y});
+            break;
+        case ButtonPress:
+        case ButtonRelease:
+            if (event->xbutton.button == Button1) Tablet_SetLMB(event->type == ButtonPress);
+            break;
+        default:
+            break;
+    }
+}
+
+/// The keys that make another mode of the tool's; what shows it is drawn anew.
+void KeyHandler(Widget widget, XtPointer, XEvent* event, Boolean* goOn) {
+    *goOn = True;
+    if (event->type != KeyPress && event->type != KeyRelease) return;
+    const bool down = event->type == KeyPress;
+    bool shift = IsShiftPressed(), ctrl = IsCtrlPressed(), alt = altPressed;
+    switch (XLookupKeysym(&event->xkey, 0)) {
+        case XK_Shift_L:
+        case XK_Shift_R:
+            shift = down;
+            break;
+        case XK_Control_L:
+        case XK_Control_R:
+            ctrl = down;
+            break;
+        case XK_Alt_L:
+        case XK_Alt_R:
+            alt = down;
+            break;
+        default:
+            return;
+    }
+    SetModifiers(shift, ctrl);
+    altPressed = alt;
+    M3dView view;
+    if (FindView(widget, view)) view.refresh(false, false);
+}
+
+}  // namespace
+
+bool IsAltOptionKeyPressed() {
+    return altPressed;
+}
+
+void SetModifiers(bool shift, bool ctrl) {
+    SetShiftPressed(shift);
+    SetCtrlPressed(ctrl);
+}
+
+void ToolEvents::Add(KelmoToolContext& tool) {
+    tool_ = &tool;
+    const std::vector<_WidgetRec*> present = ViewWidgets();
+    std::erase_if(widgets_, [&](_WidgetRec* w) { return !std::ranges::count(present, w); });
+    for (_WidgetRec* widget : present) {
+        if (std::ranges::count(widgets_, widget)) continue;
+        XtAddEventHandler(widget, kPointerEvents, False, XEventHandler, &tool);
+        XtAddEventHandler(widget, kKeyEvents, False, KeyHandler, &tool);
+        Tablet_AddEventHandler(widget);
+        widgets_.push_back(widget);
+    }
+}
+
+void ToolEvents::Remove() {
+    // Handlers of a window that is gone went with it.
+    for (_WidgetRec* widget : ViewWidgets()) {
+        if (!std::ranges::count(widgets_, widget)) continue;
+        XtRemoveEventHandler(widget, kPointerEvents, False, XEventHandler, tool_);
+        XtRemoveEventHandler(widget, kKeyEvents, False, KeyHandler, tool_);
+        Tablet_RemoveEventHandler(widget);
+    }
+    widgets_.clear();
+    tool_ = nullptr;
+}
+
+bool ToolEvents::Covers(const M3dView& view) const {
+    return view.widget() && std::ranges::count(widgets_, view.widget()) > 0;
+}
+
+}  // namespace VantrelSDK
