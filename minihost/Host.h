@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <unordered_set>
+#include <utility>
 
 #include "minihost/anim/Playback.h"
 #include "minihost/anim/Timers.h"
@@ -47,8 +48,9 @@ class Host {
     void Turn();
 
     /// Where messages go; standard output and error until it is set. Must outlive the host's use.
+    /// SetOutput returns where they went before.
     ScriptOutput& output() { return forward_; }
-    void SetOutput(ScriptOutput* output) { forward_.target = output; }
+    ScriptOutput* SetOutput(ScriptOutput* output) { return std::exchange(forward_.target, output); }
 
     NodeTypes types;
     Listeners listeners;

@@ -47,6 +47,23 @@ CLI::App* AddRun(CLI::App& app, RunOptions& run) {
     return command;
 }
 
+CLI::App* AddRecover(CLI::App& app, RecoverOptions& recover) {
+    CLI::App* command =
+        app.add_subcommand("recover", "Get back what was done before a crash, headless.");
+    command->add_option("SESSION", recover.session,
+                        "which one, as it is listed (default: the only one)");
+    command->add_option("--out", recover.out, "the scene (.mhs, .mhb) or mesh (.obj) to write");
+    command->add_flag("--forget", recover.forget,
+                      "take it away, when it has been written where --out is given");
+    command->footer(
+        "Without options it lists what was left: sessions of windows that ended without being\n"
+        "closed, with their strokes, each of which is on disk before the next begins. The window\n"
+        "offers them too when it starts. They are in $XDG_STATE_HOME/kelmo/sessions, or in\n"
+        "~/.local/state/kelmo/sessions. A scene has everything; a mesh has the shape as it is at\n"
+        "the level that was worked on.");
+    return command;
+}
+
 }  // namespace
 
 int Main(int argc, const char* const* argv) {
@@ -148,6 +165,8 @@ int Main(int argc, const char* const* argv) {
 
     RunOptions run;
     CLI::App* runCommand = AddRun(app, run);
+    RecoverOptions recover;
+    CLI::App* recoverCommand = AddRecover(app, recover);
 
     try {
         app.parse(argc, argv);
@@ -161,6 +180,7 @@ int Main(int argc, const char* const* argv) {
         ReadSize(size, replay.picture);
         return RunReplay(replay);
     }
+    if (recoverCommand->parsed()) return RunRecover(recover);
     if (runCommand->parsed()) {
         if (!run.script.empty() || run.commands || run.interactive) return RunScript(run);
         Fail("run: name a script, '-' for standard input, -c \"commands\", or --interactive");

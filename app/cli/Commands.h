@@ -61,6 +61,15 @@ struct RunOptions {
 };
 int RunScript(const RunOptions& options);
 
+struct RecoverOptions {
+    /// Of a session; empty: the only one.
+    std::string session;
+    /// The scene, or OBJ file, to write; empty: they are listed.
+    std::string out;
+    bool forget = false;
+};
+int RunRecover(const RecoverOptions& options);
+
 /// Plays the sample log on the sample head into a folder, for a first look without a display.
 int RunSample();
 

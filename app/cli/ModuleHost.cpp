@@ -10,10 +10,7 @@
 
 namespace kelmo {
 
-namespace {
-
-/// As the command language reads it.
-std::string Quoted(const std::string& text) {
+std::string ScriptText(const std::string& text) {
     std::string quoted = "\"";
     for (const char c : text) {
         if (c == '"' || c == '\\') quoted += '\\';
@@ -21,6 +18,8 @@ std::string Quoted(const std::string& text) {
     }
     return quoted + "\"";
 }
+
+namespace {
 
 /// Sets the node's display attributes.
 std::string SetDisplay(const VantrelSDK::LNodeSettings& s) {
@@ -66,18 +65,18 @@ bool DrawPicture(const std::string& obj, const VantrelSDK::LNodeSettings& settin
     if (!LoadModule(host, error)) return false;
     // A session shows what is sculpted in the place of the mesh.
     const std::string script =
-        "file -import " + Quoted(obj) +
+        "file -import " + ScriptText(obj) +
         ";\n"
         "string $meshes[] = `ls -type mesh`;\n"
         "string $above[] = `listRelatives -parent $meshes[0]`;\n"
         "select $above[0];\n" +
         fmt::format("viewFit -size {} {} {};\n", picture.width, picture.height,
-                    Quoted(picture.view)) +
+                    ScriptText(picture.view)) +
         "string $node = `Kelmo -create`;\n" + SetDisplay(settings) +
         "setAttr ($node + \".commnad\") 0;\n"
         "setAttr ($node + \".execute\") 1;\n" +
-        fmt::format("refresh -fileName {} -camera {} -size {} {};\n", Quoted(picture.path),
-                    Quoted(picture.view), picture.width, picture.height);
+        fmt::format("refresh -fileName {} -camera {} -size {} {};\n", ScriptText(picture.path),
+                    ScriptText(picture.view), picture.width, picture.height);
     KeptOutput kept;
     host.SetOutput(&kept);
     const auto done = host.interpreter.Execute(script);

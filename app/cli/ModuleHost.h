@@ -24,6 +24,9 @@ class KeptOutput : public minihost::ScriptOutput {
     std::string text_;
 };
 
+/// A text as the command language reads it, quoted.
+std::string ScriptText(const std::string& text);
+
 /// Loads the module that lies beside the program; false, with the reason and what the module told
 /// in `error`, where that fails.
 bool LoadModule(minihost::Host& host, std::string& error);

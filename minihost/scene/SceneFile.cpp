@@ -1,5 +1,6 @@
 #include "minihost/scene/SceneFile.h"
 
+#include <filesystem>
 #include <new>
 #include <optional>
 
@@ -35,6 +36,32 @@ FileResult WithFile(Host& host, const std::string& path,
     return result;
 }
 
+/// What the file holds now is found under the name with a "~" from then on; at any moment the file
+/// itself is there, whole.
+bool KeepBackup(const std::string& path) {
+    std::error_code failed;
+    const std::string target = std::filesystem::weakly_canonical(path, failed).string();
+    if (failed || !std::filesystem::is_regular_file(target, failed)) return true;
+    const std::string backup = target + "~", beside = backup + ".tmp";
+    std::filesystem::remove(beside, failed);
+    std::filesystem::create_hard_link(target, beside, failed);
+    // Not every file system has links.
+    if (failed) std::filesystem::copy_file(target, beside, failed);
+    if (!failed) std::filesystem::rename(beside, backup, failed);
+    return !failed;
+}
+
+FileResult Write(Host& host, const std::string& path, SceneForm form, bool backup) {
+    Tell(host, SceneMessage::BeforeSave);
+    FileResult result;
+    const std::string content = WriteScene(host, form);
+    if (backup && !KeepBackup(path))
+        result.warnings.push_back(path + ": what it held could not be kept as a backup");
+    result.done = WriteWholeFile(path, content, result.error);
+    if (result.done) Tell(host, SceneMessage::AfterSave);
+    return result;
+}
+
 }  // namespace
 
 void NewScene(Host& host) {
@@ -67,11 +94,11 @@ FileResult ImportScene(Host& host, const std::string& path, const std::string& p
 
 FileResult SaveScene(Host& host) {
     if (host.file.path.empty()) return {false, "the scene has no name: rename it first", {}};
-    Tell(host, SceneMessage::BeforeSave);
-    FileResult result;
-    result.done = WriteWholeFile(host.file.path, WriteScene(host, host.file.form), result.error);
-    if (result.done) Tell(host, SceneMessage::AfterSave);
-    return result;
+    return Write(host, host.file.path, host.file.form, true);
+}
+
+FileResult SaveCopy(Host& host, const std::string& path) {
+    return Write(host, path, SceneForm::Binary, false);
 }
 
 void RenameScene(Host& host, const std::string& path) {

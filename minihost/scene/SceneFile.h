@@ -45,8 +45,11 @@ void NewScene(Host& host);
 FileResult OpenScene(Host& host, const std::string& path);
 /// Adds what a file holds. `prefix`: what comes before the names of its nodes ("ns:").
 FileResult ImportScene(Host& host, const std::string& path, const std::string& prefix = {});
-/// Writes the scene to its file.
+/// Writes the scene to its file. What was in the file stays as its backup, with a "~" behind the
+/// name, in the place of an older one.
 FileResult SaveScene(Host& host);
+/// Writes the scene, in the binary form, to another file than its own, which stays its file.
+FileResult SaveCopy(Host& host, const std::string& path);
 /// The name that the scene is saved under from now on. ".mhs" at its end stands for the text form,
 /// ".mhb" for the binary one; else the form stays.
 void RenameScene(Host& host, const std::string& path);

@@ -1,0 +1,79 @@
+#include <fmt/core.h>
+
+#include "app/cli/Commands.h"
+#include "app/session/SessionKeeper.h"
+#include "minihost/Host.h"
+#include "minihost/command/builtins/Builtins.h"
+
+namespace kelmo {
+
+namespace {
+
+void List(const std::vector<LeftSession>& left) {
+    for (const LeftSession& session : left)
+        fmt::print("{}  {}  {} strokes  {}\n", session.id(), session.record.began, session.strokes,
+                   session.record.file.empty() ? "(not saved yet)" : session.record.file);
+}
+
+const LeftSession* Choose(const std::vector<LeftSession>& left, const std::string& id) {
+    if (id.empty()) return left.size() == 1 ? &left[0] : nullptr;
+    for (const LeftSession& session : left)
+        if (session.id() == id) return &session;
+    return nullptr;
+}
+
+/// The scene, or as OBJ the meshes at the levels that are worked on.
+bool WriteOut(minihost::Host& host, const std::string& path, std::string& error) {
+    const bool obj = path.ends_with(".obj");
+    const std::string script =
+        obj ? "for ($node in `ls -type KelmoND`) { setAttr ($node + \".commnad\") 91;"
+              "setAttr ($node + \".execute0\") 1;"
+              "setAttr ($node + \".numRenderSubdivLvls\") `getAttr ($node + \".param0\")`; };"
+              "file -exportAll " +
+                  ScriptText(path)
+            : "file -rename " + ScriptText(path) + "; file -save";
+    const auto done = host.interpreter.Execute(script);
+    if (done.error) error = done.error->message;
+    return !done.error;
+}
+
+int Recover(const LeftSession& session, const std::string& out) {
+    minihost::Host& host = minihost::Host::Get();
+    minihost::AddBuiltins(host.commands, {"", false, ""});
+    std::string error;
+    if (!LoadModule(host, error)) return Fail(error);
+    KeptOutput kept;
+    host.SetOutput(&kept);
+    const bool done = RecoverSession(host, session, error) && WriteOut(host, out, error);
+    host.SetOutput(nullptr);
+    if (!done)
+        return Fail(fmt::format("{}: {}\nThe session is left where it was, in {}.", session.id(),
+                                error, session.folder.string()));
+    fmt::print("{}: {} strokes, written to {}.\n", session.id(), session.strokes, out);
+    return 0;
+}
+
+}  // namespace
+
+int RunRecover(const RecoverOptions& options) {
+    const std::vector<LeftSession> left = FindLeftSessions();
+    if (left.empty()) {
+        fmt::print("Nothing was left by a crash.\n");
+        return options.out.empty() && options.session.empty() ? 0 : 1;
+    }
+    if (options.out.empty() && !options.forget) {
+        List(left);
+        return 0;
+    }
+    const LeftSession* session = Choose(left, options.session);
+    if (!session)
+        return Fail(options.session.empty()
+                        ? "several sessions were left; say which one: kelmo recover lists them"
+                        : options.session + ": there is no such session; kelmo recover lists them");
+    if (!options.out.empty())
+        if (const int failure = Recover(*session, options.out)) return failure;
+    if (options.forget) ForgetSession(*session);
+    return 0;
+}
+
+}  // namespace kelmo
