@@ -6,8 +6,10 @@
 #include "host/commands/KelmoCmd.h"
 #include "host/commands/KelmoJournalCmd.h"
 #include "host/commands/KelmoNewCmd.h"
+#include "host/commands/KelmoSculptCmd.h"
 #include "host/commands/KelmoStrokeCmd.h"
 #include "host/commands/ObjectCommands.h"
+#include "host/commands/ToolCommands.h"
 #include "host/commands/WiringCommands.h"
 #include "host/gl/GLInfo.h"
 #include "host/gl/KelmoSurfaceCallback.h"
@@ -22,6 +24,8 @@
 #include "host/nodes/KelmoNode2.h"
 #include "host/nodes/KelmoRenderMessage.h"
 #include "host/nodes/NodeCallbacks.h"
+#include "host/tools/KelmoPickContext.h"
+#include "host/tools/KelmoSelCtx.h"
 #include "host/tools/KelmoToolContextCmd.h"
 #include "host/tools/KelmoToolLocator.h"
 #include "host/tools/Tablet.h"
@@ -78,6 +82,8 @@ struct ContextRow {
 };
 constexpr ContextRow kContexts[] = {
     {"KelmoToolContext", KelmoToolContextCmd::creator, "register Tool Context Command"},
+    {"KelmoPickContext", KelmoPickContextCmd::creator, "register Pick Context Command"},
+    {"KelmoSelectContext", KelmoSelCtxCmd::creator, "register Selection Context Command"},
 };
 
 struct CommandRow {
@@ -92,6 +98,9 @@ constexpr CommandRow kCommands[] = {
     {"KelmoTime", KelmoTimeCmd::creator, KelmoTimeCmd::newSyntax},
     {"KelmoSetVer", KelmoSetVerCmd::creator, KelmoSetVerCmd::newSyntax},
     {"KelmoDiag", KelmoDiagCmd::creator, KelmoDiagCmd::newSyntax},
+    {"KelmoSculpt", KelmoSculptCmd::creator, KelmoSculptCmd::newSyntax},
+    {"KelmoSel", KelmoSelCmd::creator, nullptr},
+    {"KelmoPick", KelmoPickCmd::creator, nullptr},
     {"KelmoNeutral", MakeNodeCommand<kKelmoNeutralCmd>, MakeNodeSyntax<kKelmoNeutralCmd>},
     {"KelmoTarget", MakeNodeCommand<kKelmoTargetCmd>, MakeNodeSyntax<kKelmoTargetCmd>},
     {"KelmoStroke", KelmoStrokeCmd::creator, nullptr},
@@ -100,8 +109,9 @@ constexpr CommandRow kCommands[] = {
     {"KelmoJournal", KelmoJournalCmd::creator, KelmoJournalCmd::newSyntax},
 };
 constexpr const char* kCommandsDown[] = {
-    "KelmoVersion", "Kelmo",       "KelmoNew",    "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoNeutral", "KelmoTarget", "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal",
+    "KelmoVersion", "Kelmo",       "KelmoNew",     "KelmoTime",   "KelmoSetVer",
+    "KelmoDiag",    "KelmoSculpt", "KelmoSel",     "KelmoPick",   "KelmoNeutral",
+    "KelmoTarget",  "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal",
 };
 
 /// Tells a failure by what was being done.

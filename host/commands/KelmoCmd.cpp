@@ -6,6 +6,7 @@
 #include <maya/MItMeshPolygon.h>
 
 #include "core/sculpt/LNodeRecord.h"
+#include "host/commands/KelmoCreate.h"
 #include "host/commands/KelmoProxy.h"
 #include "host/commands/KelmoPurge.h"
 #include "host/commands/KelmoSkinOrder.h"
@@ -55,16 +56,8 @@ MStatus AddToSelected(NodeCall&) {
     MStringArray made;
     for (const MObject& mesh : meshes) {
         if (HasKelmoConnected(mesh)) continue;
-        const MString named = " -node " + Quoted(NameOf(mesh));
-        int hasUVs = 0;
         MString node;
-        if (!MGlobal::executeCommand("Kelmo -checkuvs" + named, hasUVs)) return MS::kFailure;
-        if (!hasUVs)
-            RunUndoable(
-                "confirmDialog -title \"Vantrel\" -message \"Can not create Kelmo Node - no"
-                " UV set is present\" -button \"Continue\"");
-        else if (MGlobal::executeCommand("Kelmo -create" + named, node, false, true))
-            made.append(node);
+        if (CreateKelmoOver(mesh, node)) made.append(node);
     }
     MPxCommand::setResult(made);
     return MS::kSuccess;

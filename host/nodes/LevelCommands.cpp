@@ -12,15 +12,22 @@ using N = NodeAttributes;
 std::span<const NodeCommands::Row> NodeCommands::LevelRows() {
     using C = NodeCommands;
     static constexpr Row rows[] = {
-        {90, &C::LevelCount},      {91, &C::ActiveLevel},      {92, &C::SetActiveLevel},
-        {93, &C::LevelType},       {94, &C::LevelVerts},       {95, &C::LevelFaces},
-        {96, &C::LevelName},       {97, &C::Subdivide},        {98, &C::DeleteLevel},
-        {116, &C::ClearSelection}, {117, &C::ExpandSelection}, {118, &C::ReduceSelection},
-        {119, &C::HideSelected},   {120, &C::ShowAll},         {121, &C::InvertHidden},
-        {122, &C::UVSetCount},     {123, &C::UVSetName},       {124, &C::SetUVSet},
-        {125, &C::SetSmoothing},   {131, &C::UpdateUVSets},
+        {2, &C::BeginSelect},       {90, &C::LevelCount},      {91, &C::ActiveLevel},
+        {92, &C::SetActiveLevel},   {93, &C::LevelType},       {94, &C::LevelVerts},
+        {95, &C::LevelFaces},       {96, &C::LevelName},       {97, &C::Subdivide},
+        {98, &C::DeleteLevel},      {116, &C::ClearSelection}, {117, &C::ExpandSelection},
+        {118, &C::ReduceSelection}, {119, &C::HideSelected},   {120, &C::ShowAll},
+        {121, &C::InvertHidden},    {122, &C::UVSetCount},     {123, &C::UVSetName},
+        {124, &C::SetUVSet},        {125, &C::SetSmoothing},   {131, &C::UpdateUVSets},
     };
     return rows;
+}
+
+/// What is selected is what the mesh shows, not the session.
+void NodeCommands::BeginSelect() {
+    if (!HasGeometry() || !node_.IsSculpting()) return;
+    node_.FinishSculpt(false);
+    OutputChanged();
 }
 
 void NodeCommands::LevelCount() {

@@ -100,6 +100,7 @@ class NodeCommands {
     void PassRefImage();
 
     // Levels, selection, UV sets.
+    void BeginSelect();
     void LevelCount();
     void ActiveLevel();
     void SetActiveLevel();

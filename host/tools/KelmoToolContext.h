@@ -10,7 +10,9 @@
 #include <memory>
 
 #include "host/ml/MLNode.h"
+#include "host/tools/PointerListener.h"
 #include "host/tools/ToolEvents.h"
+#include "host/tools/ViewRay.h"
 
 namespace VantrelSDK {
 
@@ -25,7 +27,7 @@ namespace VantrelSDK {
 /// host. In a view without a window the pointer is where press and drag say. Taken up with no node,
 /// the tool waits for a selection that leads to one, and it follows the selection from then on,
 /// but not in a stroke.
-class KelmoToolContext : public MPxContext {
+class KelmoToolContext : public MPxContext, public PointerListener {
   public:
     KelmoToolContext();
     ~KelmoToolContext() override;
@@ -45,11 +47,10 @@ class KelmoToolContext : public MPxContext {
     void abortAction() override;
     void getClassName(MString& name) const override { name = "KelmoToolContext"; }
 
-    /// The pointer is in a place of a view, in pixels from its lower left corner.
-    void onMouseMove(M3dView& view, short x, short y);
-    void onMouseLeave();
+    void onMouseMove(M3dView& view, short x, short y) override;
+    void onMouseLeave() override;
     /// The curve of the brush may have been edited: what shows it follows.
-    void FollowFalloffCurve();
+    void BeforeMove() override;
 
     /// The node that is sculpted, or the current one while the tool is off; null where there is
     /// none.
@@ -77,11 +78,6 @@ class KelmoToolContext : public MPxContext {
     int nameIndex = 0;
 
   private:
-    struct Ray {
-        MPoint origin;
-        MVector dir;
-    };
-
     // Taking up and leaving.
     bool TakeNode();
     void LeaveNode();
@@ -103,11 +99,10 @@ class KelmoToolContext : public MPxContext {
     void DragStencil(double by);
 
     // Hover.
-    bool PutRay(const Ray& ray, MPoint& point, MVector& normal);
+    bool PutRay(const ViewRay& ray, MPoint& point, MVector& normal);
     bool WantsHit() const;
     void ShowMarks(short x, short y);
-    MPoint PlaceAt(const Ray& ray);
-    double RadiusAt(M3dView& view, short x, short y, const MPoint& place) const;
+    MPoint PlaceAt(const ViewRay& ray);
 
     MPlug Plug(NodeAttributes::Member attribute) const;
     MPlug Element(NodeAttributes::Member attribute, const char* name, int index) const;

@@ -3,7 +3,6 @@
 #include <maya/MGlobal.h>
 
 #include <algorithm>
-#include <cmath>
 
 #include "host/ml/InterfaceProcedures.h"
 #include "host/nodes/GeometryLine.h"
@@ -20,13 +19,6 @@ namespace {
 using N = NodeAttributes;
 
 constexpr int kCloneMode = 18;
-
-MVector Right(const M3dView& view) {
-    MDagPath camera;
-    view.getCamera(camera);
-    const MMatrix place = camera.inclusiveMatrix();
-    return {place(0, 0), place(0, 1), place(0, 2)};
-}
 
 /// Where a node further on moves the whole object. False where there is none.
 bool HasTransfromGeometryNodeConnected(const MLNode& node, MMatrix& matrix) {
@@ -62,8 +54,7 @@ void KelmoToolContext::onMouseMove(M3dView& view, short x, short y) {
     MLNode* at = node();
     if (resizing_ || resizeKey_ || !at || !brushLocator_.isValid() || view.portWidth() <= 0) return;
     ShowMarks(x, y);
-    Ray ray;
-    view.viewToWorld(x, y, ray.origin, ray.dir);
+    const ViewRay ray = RayAt(view, x, y);
     double screenx = 0, screeny = 0;
     toCenterCoords(view, x, y, screenx, screeny);
     if (!Put(&N::m_moScreenx, "screenx", screenx) || !Put(&N::m_moScreeny, "screeny", screeny))
@@ -73,10 +64,10 @@ void KelmoToolContext::onMouseMove(M3dView& view, short x, short y) {
     // The frame of the brush, before the place that makes a step of it.
     if (!dragMode) {
         KelmoToolLocator::setViewDir(ray.dir);
-        KelmoToolLocator::setUpDir(ray.dir ^ Right(view));
+        KelmoToolLocator::setUpDir(ray.dir ^ ViewRight(view));
     }
     const MPoint place = PlaceAt(ray);
-    if (!dragMode) KelmoToolLocator::setRadius(RadiusAt(view, x, y, place));
+    if (!dragMode) KelmoToolLocator::setRadius(WorldSize(view, x, y, place, getToolSize()));
     if (!trackStencil && !trackRefImage)
         MFnTransform(brushLocator_.objectRef())
             .setTranslation(place - MPoint(), MSpace::kTransform);
@@ -109,7 +100,7 @@ bool KelmoToolContext::WantsHit() const {
 
 /// Asks the node where a ray of the object's own space hits it; it leaves the normal in
 /// `brushNorm`. False for a ray that misses.
-bool KelmoToolContext::PutRay(const Ray& ray, MPoint& point, MVector& normal) {
+bool KelmoToolContext::PutRay(const ViewRay& ray, MPoint& point, MVector& normal) {
     const struct {
         N::Member attribute;
         const char* name;
@@ -130,10 +121,10 @@ bool KelmoToolContext::PutRay(const Ray& ray, MPoint& point, MVector& normal) {
 }
 
 /// Where the brush goes for a ray of the world: on the surface, or on beside it as deep as it was.
-MPoint KelmoToolContext::PlaceAt(const Ray& ray) {
+MPoint KelmoToolContext::PlaceAt(const ViewRay& ray) {
     const MMatrix toWorld = transformGeom_ ? geomMatrix_ * objToWorld_ : objToWorld_;
     const MMatrix toObject = toWorld.inverse();
-    Ray own{ray.origin * toObject, (ray.dir * toObject).normal()};
+    const ViewRay own{ray.origin * toObject, (ray.dir * toObject).normal()};
     MPoint point;
     MVector normal;
     if (WantsHit() && PutRay(own, point, normal)) {
@@ -142,21 +133,14 @@ MPoint KelmoToolContext::PlaceAt(const Ray& ray) {
         return point * toWorld;
     }
     if (!dragging_ || !IsDragMode()) KelmoToolLocator::setNormDir(ray.dir);
-    const MPoint former(MFnTransform(brushLocator_.objectRef()).getTranslation(MSpace::kTransform));
-    return ray.origin + ray.dir * (former - ray.origin).length();
+    const MVector former =
+        MPoint(MFnTransform(brushLocator_.objectRef()).getTranslation(MSpace::kTransform)) -
+        ray.origin;
+    // Rays side by side begin side by side: only the way along them is depth.
+    return ray.origin + ray.dir * (ray.parallel ? former * ray.dir : former.length());
 }
 
-double KelmoToolContext::RadiusAt(M3dView& view, short x, short y, const MPoint& place) const {
-    const int width = view.portWidth(), pixels = static_cast<int>(width * getToolSize());
-    Ray beside;
-    const int at = x > width / 2 ? x - pixels : x + pixels;
-    view.viewToWorld(static_cast<short>(std::clamp(at, -32768, 32767)), y, beside.origin,
-                     beside.dir);
-    const MPoint point = beside.origin + beside.dir * (place - beside.origin).length();
-    return (place - point).length();
-}
-
-void KelmoToolContext::FollowFalloffCurve() {
+void KelmoToolContext::BeforeMove() {
     if (!IsKnown("KelmoGetFalloffCurve2")) return;
     const MString curve = MGlobal::executeCommandStringResult("KelmoGetFalloffCurve2");
     if (curve == rampOld_) return;

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "core/sculpt/LNode.h"
-#include "host/tools/KelmoToolContext.h"
+#include "host/tools/PointerListener.h"
 #include "host/tools/Tablet.h"
 #include "host/tools/ViewWindows.h"
 
@@ -32,7 +32,7 @@ struct PointerRecord {
     int x, y;
 };
 
-void motionEventHandler(KelmoToolContext& tool, Widget widget, const PointerRecord& record) {
+void motionEventHandler(PointerListener& tool, Widget widget, const PointerRecord& record) {
     M3dView view;
     if (!FindView(widget, view)) return;
     if (record.kind == PointerRecord::kLeave) return tool.onMouseLeave();
@@ -42,11 +42,11 @@ void motionEventHandler(KelmoToolContext& tool, Widget widget, const PointerReco
 
 void XEventHandler(Widget widget, XtPointer client, XEvent* event, Boolean* goOn) {
     *goOn = True;
-    KelmoToolContext& tool = *static_cast<KelmoToolContext*>(client);
+    PointerListener& tool = *static_cast<PointerListener*>(client);
     switch (event->type) {
         case MotionNotify:
             TakeModifiers(event->xmotion.state);
-            tool.FollowFalloffCurve();
+            tool.BeforeMove();
             motionEventHandler(tool, widget,
                                {PointerRecord::kMove, event->xmotion.x, event->xmotion.y});
             break;
@@ -102,7 +102,7 @@ void SetModifiers(bool shift, bool ctrl) {
     SetCtrlPressed(ctrl);
 }
 
-void ToolEvents::Add(KelmoToolContext& tool) {
+void ToolEvents::Add(PointerListener& tool) {
     tool_ = &tool;
     const std::vector<_WidgetRec*> present = ViewWidgets();
     std::erase_if(widgets_, [&](_WidgetRec* w) { return !std::ranges::count(present, w); });

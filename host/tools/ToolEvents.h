@@ -8,21 +8,20 @@ struct _WidgetRec;
 
 namespace VantrelSDK {
 
-class KelmoToolContext;
+class PointerListener;
 
-/// The events of the views' windows as the tool takes them: motion, buttons, leaving, and the keys
+/// The events of the views' windows as a tool takes them: motion, buttons, leaving, and the keys
 /// that change modes. Motion is never thinned out. With no window there are no events.
 class ToolEvents {
   public:
     /// Hands events to the tool, which must outlive this, from all views that have a window.
-    void Add(KelmoToolContext& tool);
+    void Add(PointerListener& tool);
     void Remove();
     /// Whether the motion over a view arrives here.
     bool Covers(const M3dView& view) const;
-    KelmoToolContext* tool() const { return tool_; }
 
   private:
-    KelmoToolContext* tool_ = nullptr;
+    PointerListener* tool_ = nullptr;
     std::vector<_WidgetRec*> widgets_;
 };
 

@@ -20,6 +20,14 @@ constexpr auto kDouble = MSyntax::kDouble;
 constexpr auto kString = MSyntax::kString;
 
 constexpr ToolFlag kFlags[] = {
+    // What it affects
+    {"avg", "affectgeometry", kBoolean, &N::m_moAffectGeometry},
+    {"avc", "affectvertcolor", kBoolean, &N::m_moAffectVertColor},
+    {"avs", "affectstencil", kBoolean, &N::m_moAffectStencil},
+    {"avt", "affecttexture", kBoolean, &N::m_moAffectTexture},
+    {"ats", "affecttexsten", kBoolean, &N::m_moAffectTexStencil},
+    {"ste", "usestencil", kBoolean, &N::m_moUseStencil},
+    {"ch", "channel", kUnsigned, &N::m_moTexChannel},
     // The brush
     {.brief = "bm", .name = "brushMode", .type = kUnsigned, .edit = EditMode, .query = TellMode},
     {.brief = "is", .name = "iconSize", .type = kDouble, .edit = EditSize, .query = TellSize},
@@ -60,14 +68,6 @@ constexpr ToolFlag kFlags[] = {
     {"bs", "blendspace", kUnsigned, &N::m_moBlendSpace},
     {.brief = "im", .name = "isMulti", .query = TellIsMulti},
     {"bi", "brushImage"},
-    // What it affects
-    {"avg", "affectgeometry", kBoolean, &N::m_moAffectGeometry},
-    {"avc", "affectvertcolor", kBoolean, &N::m_moAffectVertColor},
-    {"avs", "affectstencil", kBoolean, &N::m_moAffectStencil},
-    {"avt", "affecttexture", kBoolean, &N::m_moAffectTexture},
-    {"ats", "affecttexsten", kBoolean, &N::m_moAffectTexStencil},
-    {"ste", "usestencil", kBoolean, &N::m_moUseStencil},
-    {"ch", "channel", kUnsigned, &N::m_moTexChannel},
     // Vertex colours and stencils
     {.brief = "vc", .name = "vertexcolor", .type = kDouble, .edit = EditColor, .query = TellColor},
     {"vcr", "vertexcolor_r", kDouble, &N::m_moVertexPaintColor, 0},

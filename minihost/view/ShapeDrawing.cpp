@@ -93,6 +93,28 @@ void DrawMesh(const MeshData& mesh) {
                    triangles.data());
 }
 
+/// Polygons that are selected, over the mesh.
+void DrawSelected(const DagNode& shape, const MeshData& mesh) {
+    const Polygons& polygons = mesh.polygons();
+    glDisable(GL_LIGHTING);
+    glEnable(GL_POLYGON_OFFSET_FILL);
+    glPolygonOffset(-1, -1);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glColor4f(1, 0.55f, 0.1f, 0.6f);
+    for (const Selected& item : Host::Get().scene.selection) {
+        const bool here = item.node.get() == &shape || item.node.get() == shape.parent();
+        if (!here || item.component.kind != MFn::kMeshPolygonComponent) continue;
+        for (const int p : item.component.elements) {
+            if (p < 0 || p >= polygons.count()) continue;
+            glBegin(GL_TRIANGLE_FAN);
+            for (const int corner : polygons.Of(p))
+                glVertex3fv(&mesh.points()[static_cast<size_t>(corner)].x);
+            glEnd();
+        }
+    }
+}
+
 void DrawLocator(Node& locator) {
     double at[3], half[3];
     for (unsigned i = 0; i < 3; ++i) {
@@ -149,7 +171,10 @@ void DrawShape(View& view, DagNode& shape) {
         if (auto* locator = dynamic_cast<MPxLocatorNode*>(logic->user()))
             DrawModules(view, shape, *locator);
     } else if (shape.type().name == "mesh") {
-        if (const MeshPtr mesh = MeshOf(shape)) DrawMesh(*mesh);
+        if (const MeshPtr mesh = MeshOf(shape)) {
+            DrawMesh(*mesh);
+            DrawSelected(shape, *mesh);
+        }
     } else if (shape.type().name == "locator") {
         DrawLocator(shape);
     }

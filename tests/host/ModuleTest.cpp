@@ -41,8 +41,9 @@ class ModuleTest : public testing::Test {
 };
 
 const std::vector<std::string> kCommands = {
-    "KelmoNew",     "KelmoVersion", "Kelmo",       "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoNeutral", "KelmoTarget",  "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal"};
+    "KelmoNew",    "KelmoVersion", "Kelmo",        "KelmoTime",   "KelmoSetVer",
+    "KelmoDiag",   "KelmoSculpt",  "KelmoSel",     "KelmoPick",   "KelmoNeutral",
+    "KelmoTarget", "KelmoStroke",  "KelmoSubdivs", "KelmoRender", "KelmoJournal"};
 
 std::vector<unsigned> Numbers(const std::vector<MTypeId>& ids) {
     std::vector<unsigned> numbers;
@@ -58,7 +59,8 @@ TEST_F(ModuleTest, RegistersInOrderAndGoes) {
               (std::vector<unsigned>{1059262, 1059266, 1059267, 1059268}));
     EXPECT_EQ(Numbers(module->nodeTypes),
               (std::vector<unsigned>{1059261, 1059272, 1059273, 1059263, 1059265}));
-    EXPECT_EQ(module->tools, (std::vector<std::string>{"KelmoToolContext"}));
+    EXPECT_EQ(module->tools, (std::vector<std::string>{"KelmoToolContext", "KelmoPickContext",
+                                                       "KelmoSelectContext"}));
     EXPECT_EQ(module->createProcedure + module->deleteProcedure, "KelmoCreateUIKelmoDeleteUI");
     EXPECT_EQ(module->version, "v 6.5.03");
     EXPECT_EQ(host.modules.Unload("kelmo"), "");

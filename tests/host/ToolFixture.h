@@ -8,6 +8,7 @@
 #include "maya/MEvent.h"
 #include "maya/MFnTransform.h"
 #include "maya/MPxContext.h"
+#include "minihost/dag/DagNode.h"
 #include "minihost/view/Views.h"
 #include "tests/host/ModuleFixture.h"
 
@@ -22,7 +23,9 @@ class ToolFixture : public ModuleFixture {
         MakeNode(kHead);
         Must(
             "for ($i = 0; $i < 20; $i++) { setAttr (\"k.toolSize[\" + $i + \"]\") 0.0625;"
-            "setAttr (\"k.paintPressMult[\" + $i + \"]\") 1; }");
+            "setAttr (\"k.paintPressMult[\" + $i + \"]\") 1;"
+            "setAttr (\"k.vertColorStrength[\" + $i + \"]\") 1;"
+            "setAttr (\"k.textureStrength[\" + $i + \"]\") 1; }");
         Output();
         Must("setAttr " + source + ".visibility 0; select shown");
         Look("front", 400, 300);
@@ -61,15 +64,24 @@ class ToolFixture : public ModuleFixture {
     }
 
     int Count(const std::string& type) { return std::stoi(Run("size(`ls -type " + type + "`)")); }
-    /// Where the tool's first locator is.
+    /// The tool's locators.
+    std::vector<std::shared_ptr<minihost::DagNode>> Locators() {
+        std::vector<std::shared_ptr<minihost::DagNode>> found;
+        for (const auto& node : host.scene.Nodes())
+            if (node->type().name == "kelmoTool")
+                found.push_back(std::static_pointer_cast<minihost::DagNode>(node));
+        return found;
+    }
+    MPlug Plug(const minihost::NodePtr& node, const char* attribute) {
+        return MFnDependencyNode(MObject(node)).findPlug(attribute);
+    }
+    using ModuleFixture::Plug;
+    /// Where the first one is.
     MPoint Place() {
-        const std::string locator = Run("string $l[] = `ls -type kelmoTool`; $l[0]");
-        const std::string above =
-            Run("string $p[] = `listRelatives -parent " + locator + "`; $p[0]");
-        const MFnTransform transform(MObject(host.scene.Find(above)));
+        const MFnTransform transform(MObject(Locators().at(0)->parent()->ShareDag()));
         return MPoint() + transform.getTranslation(MSpace::kTransform);
     }
-    bool IsOutlined() { return Run("getAttr `ls -type kelmoTool`.visibility2") == "1"; }
+    bool IsOutlined() { return Plug(Locators().at(0), "visibility2").asBool(); }
     bool InStroke() { return Plug("k", "brush").isDestination(); }
     /// What is sculpted.
     std::vector<float> Surface() {
