@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "app/cli/Commands.h"
+#include "app/window/KelmoWindow.h"
 
 namespace kelmo {
 
@@ -64,16 +65,26 @@ CLI::App* AddRecover(CLI::App& app, RecoverOptions& recover) {
     return command;
 }
 
+void AddWindow(CLI::App& app, WindowOptions& window) {
+    app.add_option("FILE", window.file, "a scene (.mhb, .mhs) or a mesh (.obj, .ply) to sculpt");
+    app.add_option("--timings", window.timings,
+                   "write what frames took in the session to this file, as JSON");
+}
+
 }  // namespace
 
 int Main(int argc, const char* const* argv) {
     CLI::App app{"Kelmo sculpts polygon meshes."};
     app.name("kelmo");
     app.footer(
-        "Without a subcommand kelmo plays the sample strokes on the sample head into kelmo-out/.\n"
+        "With a mesh or a scene, or with nothing, kelmo opens its window. To open a file that is "
+        "named\nas a subcommand is, write ./NAME.\n"
         "Exit codes: 0 done, 1 failed (what, where and what to do is on standard error), 2 wrong "
         "usage.");
     app.require_subcommand(0, 1);
+
+    WindowOptions window;
+    AddWindow(app, window);
 
     InfoOptions info;
     CLI::App* infoCommand =
@@ -193,7 +204,8 @@ int Main(int argc, const char* const* argv) {
              std::to_string(shapes.shapes.size()) + " shapes; give one for each");
         return 2;
     }
-    return RunSample();
+    if (window.file.empty() && !HasDisplay()) return RunSample();
+    return RunWindow(window);
 }
 
 }  // namespace kelmo

@@ -25,7 +25,7 @@ const std::map<std::string, Rule> kRules = {
     {"host", {{"host", "core"}, {"maya"}}},
     {"host/gl", {{"host", "core"}, {"maya", "GL", "X11"}}},
     {"host/tools", {{"host", "core"}, {"maya", "GL", "X11"}}},
-    {"app", {{"app", "minihost", "core"}, {"CLI", "fmt", "nlohmann", "maya"}}},
+    {"app", {{"app", "minihost", "core"}, {"CLI", "fmt", "nlohmann", "maya", "imgui"}}},
 };
 
 const Rule& RuleFor(const std::string& path) {

@@ -1,0 +1,142 @@
+#include "app/window/SculptNode.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <optional>
+
+#include "minihost/dag/DagNode.h"
+#include "minihost/graph/Evaluation.h"
+
+namespace kelmo {
+
+namespace {
+
+using minihost::DagNode;
+using minihost::Host;
+using minihost::Node;
+using minihost::NodePtr;
+
+constexpr char kType[] = "KelmoND", kOutput[] = "outputGeom";
+
+/// The mesh that a node feeds; null for none.
+DagNode* FedBy(Node& node) {
+    const minihost::Slot* output = node.FindSlot(kOutput);
+    if (!output) return nullptr;
+    for (const minihost::Slot* target : output->destinations)
+        if (auto* mesh = dynamic_cast<DagNode*>(target->node)) return mesh;
+    return nullptr;
+}
+
+bool IsSelected(Node& node) {
+    const DagNode* mesh = FedBy(node);
+    return std::ranges::any_of(Host::Get().scene.selection, [&](const auto& item) {
+        return item.node.get() == &node ||
+               (mesh && (item.node.get() == mesh || item.node.get() == mesh->parent()));
+    });
+}
+
+}  // namespace
+
+minihost::Value RunScript(const std::string& script, bool keep, bool* good) {
+    Host& host = Host::Get();
+    std::optional<minihost::UndoQueue::Suspension> quiet;
+    if (!keep) quiet.emplace(host.undo);
+    const auto result = host.interpreter.Execute(script);
+    if (result.error) host.output().Error(result.error->message);
+    for (const auto& error : host.interpreter.RunDeferred()) host.output().Error(error.message);
+    if (good) *good = !result.error;
+    return result.value;
+}
+
+std::string Quoted(const std::string& text) {
+    std::string quoted = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\') quoted += '\\';
+        quoted += c;
+    }
+    return quoted + "\"";
+}
+
+std::vector<NodePtr> SculptNode::All() {
+    return Host::Get().scene.NodesOfType(kType);
+}
+
+std::string SculptNode::MeshOf(Node& node) {
+    DagNode* mesh = FedBy(node);
+    return mesh && mesh->parent() ? mesh->parent()->UniqueName() : "";
+}
+
+void SculptNode::Find() {
+    const auto nodes = All();
+    const NodePtr before = node_;
+    const auto selected = std::ranges::find_if(nodes, [](const auto& n) { return IsSelected(*n); });
+    if (selected != nodes.end())
+        node_ = *selected;
+    else if (!exists())
+        node_ = nodes.empty() ? nullptr : nodes.front();
+    if (node_ != before) ReadLevels();
+}
+
+std::string SculptNode::mesh() const {
+    return exists() ? MeshOf(*node_) : "";
+}
+
+minihost::Slot* SculptNode::Slot(const char* attribute, int index) const {
+    minihost::Slot* slot = exists() ? node_->FindSlot(attribute) : nullptr;
+    return slot && index >= 0 ? slot->FindElement(index) : slot;
+}
+
+double SculptNode::Get(const char* attribute, int index) const {
+    minihost::Slot* slot = Slot(attribute, index);
+    return slot && slot->IsLeaf() ? NumberOf(minihost::Pull(*slot)) : 0;
+}
+
+void SculptNode::Set(const char* attribute, double value, int index) {
+    if (!exists()) return;
+    const std::string element = index < 0 ? "" : fmt::format("[{}]", index);
+    RunScript(fmt::format("setAttr {}.{}{} {}", name(), attribute, element, value), false);
+}
+
+void SculptNode::GetColor(float color[3]) const {
+    const minihost::Slot* slot = Slot("vertexPaintColor", -1);
+    for (size_t i = 0; i < 3; ++i)
+        color[i] = slot && slot->parts.size() == 3
+                       ? static_cast<float>(NumberOf(minihost::Pull(*slot->parts[i])))
+                       : 1;
+}
+
+void SculptNode::SetColor(const float color[3]) {
+    if (exists())
+        RunScript(fmt::format("setAttr {}.vertexPaintColor {} {} {}", name(), color[0], color[1],
+                              color[2]),
+                  false);
+}
+
+int SculptNode::Run(int command, int parameter) {
+    if (!exists()) return 0;
+    RunScript(fmt::format("setAttr {0}.param0 {1}; setAttr {0}.commnad {2}; setAttr {0}.execute 1",
+                          name(), parameter, command),
+              false);
+    return Int("param0");
+}
+
+bool SculptNode::isSculpting() const {
+    return exists() && !Host::Get().scene.NodesOfType("KelmoSurface").empty();
+}
+
+int SculptNode::affects() const {
+    return Is("affectVertColor") ? 1 : Is("affectStencil") ? 2 : 0;
+}
+
+void SculptNode::ReadLevels() {
+    levels_.clear();
+    active_ = 0;
+    if (!exists()) return;
+    const int count = Run(90);
+    active_ = Run(91);
+    for (int level = 0; level < count; ++level)
+        levels_.push_back({Run(94, level), Run(95, level), Run(93, level) == 1});
+}
+
+}  // namespace kelmo
