@@ -42,8 +42,7 @@ void Step(Desk& desk, const char* attribute, double factor, double most) {
 }
 
 void LookFrom(Desk& desk, const char* camera) {
-    if (const std::string why = desk.window->LookThrough(camera); !why.empty())
-        desk.log.Error(why);
+    if (const std::string why = desk.window->LookThrough(camera); !why.empty()) desk.log.Error(why);
 }
 
 void Frame(Desk& desk, bool selected) {
@@ -115,30 +114,68 @@ const Action& Actions::Get(const std::string& id) const {
 }
 
 void Actions::AddFile(Desk& desk) {
-    const auto show = [&desk](Desk::Dialog dialog) { return [&desk, dialog] { desk.dialog = dialog; }; };
-    Add({"open", "File", "Open...", "Ctrl+O", "Opens a scene, or a mesh (OBJ, PLY) to sculpt.",
-         [&desk] { desk.AskThen([&desk] { desk.dialog = Desk::Dialog::Open; }); }, {}, ""});
-    Add({"import", "File", "Import...", "Ctrl+I", "Adds the meshes of a file to the scene.",
-         show(Desk::Dialog::Import), {}, ""});
-    Add({"save", "File", "Save", "Ctrl+S",
-         "Writes the scene with all levels and paint. The old file stays whole until the new one is.",
+    const auto show = [&desk](Desk::Dialog dialog) {
+        return [&desk, dialog] { desk.dialog = dialog; };
+    };
+    Add({"open",
+         "File",
+         "Open...",
+         "Ctrl+O",
+         "Opens a scene, or a mesh (OBJ, PLY) to sculpt.",
+         [&desk] { desk.AskThen([&desk] { desk.dialog = Desk::Dialog::Open; }); },
+         {},
+         ""});
+    Add({"import",
+         "File",
+         "Import...",
+         "Ctrl+I",
+         "Adds the meshes of a file to the scene.",
+         show(Desk::Dialog::Import),
+         {},
+         ""});
+    Add({"save",
+         "File",
+         "Save",
+         "Ctrl+S",
+         "Writes the scene with all levels and paint. The old file stays whole until the new one "
+         "is.",
          [&desk] {
              if (desk.work.path().empty())
                  desk.dialog = Desk::Dialog::SaveAs;
              else
                  desk.Later([&desk] { desk.work.Save(); });
-         }, {}, ""});
-    Add({"saveAs", "File", "Save as...", "Ctrl+Shift+S", "Writes the scene under another name.",
-         show(Desk::Dialog::SaveAs), {}, ""});
-    Add({"export", "File", "Export...", "Ctrl+E",
-         "Writes the sculpted surface, at its finest level, as OBJ or PLY.", show(Desk::Dialog::Export), {}, ""});
-    Add({"quit", "File", "Quit", "Ctrl+Q", "Closes the window. Unsaved work is asked about.",
+         },
+         {},
+         ""});
+    Add({"saveAs",
+         "File",
+         "Save as...",
+         "Ctrl+Shift+S",
+         "Writes the scene under another name.",
+         show(Desk::Dialog::SaveAs),
+         {},
+         ""});
+    Add({"export",
+         "File",
+         "Export...",
+         "Ctrl+E",
+         "Writes the sculpted surface, at its finest level, as OBJ or PLY.",
+         show(Desk::Dialog::Export),
+         {},
+         ""});
+    Add({"quit",
+         "File",
+         "Quit",
+         "Ctrl+Q",
+         "Closes the window. Unsaved work is asked about.",
          [&desk] {
              desk.AskThen([&desk] {
                  desk.work.Close();
                  desk.window->Close();
              });
-         }, {}, ""});
+         },
+         {},
+         ""});
 }
 
 void Actions::AddEdit(Desk& desk) {
@@ -151,33 +188,89 @@ void Actions::AddEdit(Desk& desk) {
             });
         };
     };
-    const auto change = [&desk](int command) { return [&desk, command] { Change(desk, command); }; };
+    const auto change = [&desk](int command) {
+        return [&desk, command] { Change(desk, command); };
+    };
     Add({"undo", "Edit", "Undo", "Ctrl+Z", "Takes back the last stroke.", script("undo"), {}, ""});
-    Add({"redo", "Edit", "Redo", "Ctrl+Shift+Z", "Does again what was taken back, where that is possible.",
-         script("redo"), {}, "Ctrl+Y"});
+    Add({"redo",
+         "Edit",
+         "Redo",
+         "Ctrl+Shift+Z",
+         "Does again what was taken back, where that is possible.",
+         script("redo"),
+         {},
+         "Ctrl+Y"});
     Add({"sculpt", "Edit", "Sculpt", "W", "The brushes work on the surface.",
          [&desk] { SetTool(desk, true); }, [] { return IsSculptTool(); }, ""});
     Add({"pick", "Edit", "Select faces", "Q",
          "Click or drag over faces to select them; brushes keep to what is selected.",
          [&desk] { SetTool(desk, false); }, [] { return IsSelecting(); }, ""});
-    Add({"expand", "Edit", "Expand selection", ".", "Selects the faces around, too.", change(117), {}, ""});
-    Add({"reduce", "Edit", "Reduce selection", ",", "Leaves out the faces at the rim.", change(118), {}, ""});
-    Add({"deselect", "Edit", "Select nothing", "Ctrl+D", "Brushes work everywhere again.", change(116), {}, ""});
-    Add({"hide", "Edit", "Hide selected", "H", "Hides the selected faces; brushes leave them alone.", change(119), {}, ""});
+    Add({"expand",
+         "Edit",
+         "Expand selection",
+         ".",
+         "Selects the faces around, too.",
+         change(117),
+         {},
+         ""});
+    Add({"reduce",
+         "Edit",
+         "Reduce selection",
+         ",",
+         "Leaves out the faces at the rim.",
+         change(118),
+         {},
+         ""});
+    Add({"deselect",
+         "Edit",
+         "Select nothing",
+         "Ctrl+D",
+         "Brushes work everywhere again.",
+         change(116),
+         {},
+         ""});
+    Add({"hide",
+         "Edit",
+         "Hide selected",
+         "H",
+         "Hides the selected faces; brushes leave them alone.",
+         change(119),
+         {},
+         ""});
     Add({"show", "Edit", "Show all", "Shift+H", "Shows what was hidden.", change(120), {}, ""});
-    Add({"invertHidden", "Edit", "Invert hidden", "Ctrl+H", "Hides what is seen and shows what is hidden.",
-         change(121), {}, ""});
+    Add({"invertHidden",
+         "Edit",
+         "Invert hidden",
+         "Ctrl+H",
+         "Hides what is seen and shows what is hidden.",
+         change(121),
+         {},
+         ""});
 }
 
 void Actions::AddView(Desk& desk) {
-    Add({"frameAll", "View", "Frame all", "A", "Shows the whole mesh.", [&desk] { Frame(desk, false); }, {}, ""});
-    Add({"frameSelected", "View", "Frame selection", "F", "Shows what is selected.",
-         [&desk] { Frame(desk, true); }, {}, ""});
+    Add({"frameAll",
+         "View",
+         "Frame all",
+         "A",
+         "Shows the whole mesh.",
+         [&desk] { Frame(desk, false); },
+         {},
+         ""});
+    Add({"frameSelected",
+         "View",
+         "Frame selection",
+         "F",
+         "Shows what is selected.",
+         [&desk] { Frame(desk, true); },
+         {},
+         ""});
     for (const auto& [camera, name, key] : {std::tuple{"persp", "Perspective", "F1"},
                                             {"front", "Front", "F2"},
                                             {"side", "Side", "F3"},
                                             {"top", "Top", "F4"}})
-        Add({camera, "View", name, key, "Looks from there.", [&desk, camera = camera] { LookFrom(desk, camera); },
+        Add({camera, "View", name, key, "Looks from there.",
+             [&desk, camera = camera] { LookFrom(desk, camera); },
              [&desk, camera = camera] { return desk.window->camera() == camera; }, ""});
     const auto toggle = [&desk](const char* attribute, bool array) {
         return [&desk, attribute, array] {
@@ -197,24 +290,49 @@ void Actions::AddView(Desk& desk) {
              node.Set("displayMode", node.Int("displayMode") == 2 ? 3 : 2);
          },
          [&desk] { return desk.work.node.Int("displayMode") != 2; }, ""});
-    Add({"shadow", "View", "Shadow", "Shift+S", "Lets the light cast a shadow.", toggle("useShadow", true),
-         is("useShadow", true), ""});
-    Add({"occlusion", "View", "Occlusion", "Shift+O", "Darkens creases and hollows.", toggle("useSSAO", true),
-         is("useSSAO", true), ""});
+    Add({"shadow", "View", "Shadow", "Shift+S", "Lets the light cast a shadow.",
+         toggle("useShadow", true), is("useShadow", true), ""});
+    Add({"occlusion", "View", "Occlusion", "Shift+O", "Darkens creases and hollows.",
+         toggle("useSSAO", true), is("useSSAO", true), ""});
     Add({"timings", "View", "Timings", "", "Shows what a frame takes, over the view.",
-         [&desk] { desk.stats.shown = !desk.stats.shown; }, [&desk] { return desk.stats.shown; }, ""});
+         [&desk] { desk.stats.shown = !desk.stats.shown; }, [&desk] { return desk.stats.shown; },
+         ""});
 }
 
 void Actions::AddLevels(Desk& desk) {
-    Add({"addLevel", "Levels", "Add level", "Ctrl+L",
-         "Divides each quad in four, for finer detail. Lower levels stay, and can be sculpted still.",
-         [&desk] { Change(desk, 97); }, {}, ""});
-    Add({"deleteLevel", "Levels", "Delete top level", "", "Takes away the finest level and its detail.",
-         [&desk] { Change(desk, 98); }, {}, ""});
-    Add({"levelUp", "Levels", "Finer", "PageUp", "Sculpts on the next finer level.",
-         [&desk] { GoToLevel(desk, desk.work.node.activeLevel() + 1); }, {}, ""});
-    Add({"levelDown", "Levels", "Coarser", "PageDown", "Sculpts on the next coarser level.",
-         [&desk] { GoToLevel(desk, desk.work.node.activeLevel() - 1); }, {}, ""});
+    Add({"addLevel",
+         "Levels",
+         "Add level",
+         "Ctrl+L",
+         "Divides each quad in four, for finer detail. Lower levels stay, and can be sculpted "
+         "still.",
+         [&desk] { Change(desk, 97); },
+         {},
+         ""});
+    Add({"deleteLevel",
+         "Levels",
+         "Delete top level",
+         "",
+         "Takes away the finest level and its detail.",
+         [&desk] { Change(desk, 98); },
+         {},
+         ""});
+    Add({"levelUp",
+         "Levels",
+         "Finer",
+         "PageUp",
+         "Sculpts on the next finer level.",
+         [&desk] { GoToLevel(desk, desk.work.node.activeLevel() + 1); },
+         {},
+         ""});
+    Add({"levelDown",
+         "Levels",
+         "Coarser",
+         "PageDown",
+         "Sculpts on the next coarser level.",
+         [&desk] { GoToLevel(desk, desk.work.node.activeLevel() - 1); },
+         {},
+         ""});
 }
 
 void Actions::AddBrushes(Desk& desk) {
@@ -223,13 +341,40 @@ void Actions::AddBrushes(Desk& desk) {
             Add({"brush" + std::to_string(brush.mode), "Brushes", brush.name, brush.key, brush.tip,
                  [&desk, mode = brush.mode] { TakeBrush(desk, mode); },
                  [&desk, mode = brush.mode] { return desk.work.node.mode() == mode; }, ""});
-    Add({"smaller", "Brushes", "Smaller brush", "[", "", [&desk] { Step(desk, "toolSize", 1 / 1.15, 0.5); }, {}, ""});
-    Add({"larger", "Brushes", "Larger brush", "]", "", [&desk] { Step(desk, "toolSize", 1.15, 0.5); }, {}, ""});
-    Add({"weaker", "Brushes", "Weaker brush", "-", "",
-         [&desk] { Step(desk, desk.work.node.strength(), 1 / 1.15, 10); }, {}, ""});
-    Add({"stronger", "Brushes", "Stronger brush", "=", "",
-         [&desk] { Step(desk, desk.work.node.strength(), 1.15, 10); }, {}, ""});
-    Add({"symmetry", "Brushes", "Mirror in X", "X", "Does on the other side what the brush does on this one.",
+    Add({"smaller",
+         "Brushes",
+         "Smaller brush",
+         "[",
+         "",
+         [&desk] { Step(desk, "toolSize", 1 / 1.15, 0.5); },
+         {},
+         ""});
+    Add({"larger",
+         "Brushes",
+         "Larger brush",
+         "]",
+         "",
+         [&desk] { Step(desk, "toolSize", 1.15, 0.5); },
+         {},
+         ""});
+    Add({"weaker",
+         "Brushes",
+         "Weaker brush",
+         "-",
+         "",
+         [&desk] { Step(desk, desk.work.node.strength(), 1 / 1.15, 10); },
+         {},
+         ""});
+    Add({"stronger",
+         "Brushes",
+         "Stronger brush",
+         "=",
+         "",
+         [&desk] { Step(desk, desk.work.node.strength(), 1.15, 10); },
+         {},
+         ""});
+    Add({"symmetry", "Brushes", "Mirror in X", "X",
+         "Does on the other side what the brush does on this one.",
          [&desk] {
              SculptNode& node = desk.work.node;
              node.Set("symmetry", node.Int("symmetry") == 1 ? 4 : 1);
@@ -244,12 +389,34 @@ void Actions::AddBrushes(Desk& desk) {
 }
 
 void Actions::AddHelp(Desk& desk) {
-    const auto show = [&desk](Desk::Dialog dialog) { return [&desk, dialog] { desk.dialog = dialog; }; };
-    Add({"firstSteps", "Help", "First steps", "", "How to sculpt, on one card.", show(Desk::Dialog::FirstSteps), {}, ""});
+    const auto show = [&desk](Desk::Dialog dialog) {
+        return [&desk, dialog] { desk.dialog = dialog; };
+    };
+    Add({"firstSteps",
+         "Help",
+         "First steps",
+         "",
+         "How to sculpt, on one card.",
+         show(Desk::Dialog::FirstSteps),
+         {},
+         ""});
     Add({"keys", "Help", "Keys", "?", "All keys.", show(Desk::Dialog::Keys), {}, "Shift+?"});
-    Add({"log", "Help", "Messages", "", "What was told since the start.", show(Desk::Dialog::Log), {}, ""});
-    Add({"about", "Help", "About this machine", "", "The program, the display and what draws.",
-         show(Desk::Dialog::About), {}, ""});
+    Add({"log",
+         "Help",
+         "Messages",
+         "",
+         "What was told since the start.",
+         show(Desk::Dialog::Log),
+         {},
+         ""});
+    Add({"about",
+         "Help",
+         "About this machine",
+         "",
+         "The program, the display and what draws.",
+         show(Desk::Dialog::About),
+         {},
+         ""});
 }
 
 }  // namespace kelmo

@@ -8,7 +8,8 @@ namespace {
 
 constexpr Brush kDrag[] = {
     {0, "Move", "M", "Press and drag: what is under the brush follows the pointer."},
-    {1, "Rotate", "", "Press and drag: turns what is under the brush about the place of the press."},
+    {1, "Rotate", "",
+     "Press and drag: turns what is under the brush about the place of the press."},
     {2, "Pull", "", "Press and drag: raises what is under the brush along its normal."},
     {3, "Push", "", "Press and drag: lowers what is under the brush."},
     {4, "Inflate", "N", "Press and drag: every part moves along its own normal."},
@@ -27,7 +28,8 @@ constexpr Brush kPaint[] = {
     {15, "Drag", "7", "Drags the surface, or its colours, along the stroke."},
     {16, "Flatten", "8", "Levels what is under the brush to its mean plane."},
     {17, "Relax", "9", "Evens out the spacing of vertices and keeps the shape."},
-    {19, "Erase", "0", "Takes back what was sculpted since the session began, or what was painted."},
+    {19, "Erase", "0",
+     "Takes back what was sculpted since the session began, or what was painted."},
 };
 
 }  // namespace

@@ -24,7 +24,19 @@ struct Desk {
     minihost::Window* window = nullptr;
 
     /// What is asked of the person, over the window; one at a time.
-    enum class Dialog { None, Open, Import, SaveAs, Export, Close, Unsaved, About, Keys, FirstSteps, Log };
+    enum class Dialog {
+        None,
+        Open,
+        Import,
+        SaveAs,
+        Export,
+        Close,
+        Unsaved,
+        About,
+        Keys,
+        FirstSteps,
+        Log
+    };
     Dialog dialog = Dialog::None;
     /// What goes on when the question about unsaved work is answered.
     std::function<void()> afterUnsaved;

@@ -15,16 +15,26 @@ using Kind = Desk::Dialog;
 
 const char* TitleOf(Kind dialog) {
     switch (dialog) {
-        case Kind::Open: return "Open";
-        case Kind::Import: return "Import";
-        case Kind::SaveAs: return "Save as";
-        case Kind::Export: return "Export the surface";
-        case Kind::Unsaved: return "Unsaved work";
-        case Kind::About: return "About this machine";
-        case Kind::Keys: return "Keys";
-        case Kind::FirstSteps: return "First steps";
-        case Kind::Log: return "Messages";
-        default: return "";
+        case Kind::Open:
+            return "Open";
+        case Kind::Import:
+            return "Import";
+        case Kind::SaveAs:
+            return "Save as";
+        case Kind::Export:
+            return "Export the surface";
+        case Kind::Unsaved:
+            return "Unsaved work";
+        case Kind::About:
+            return "About this machine";
+        case Kind::Keys:
+            return "Keys";
+        case Kind::FirstSteps:
+            return "First steps";
+        case Kind::Log:
+            return "Messages";
+        default:
+            return "";
     }
 }
 
@@ -46,13 +56,18 @@ void Step(Desk& desk, const char* what, const char* how) {
 }
 
 bool DrawFirstSteps(Desk& desk) {
-    Step(desk, "Sculpt", "Press and drag on the head with the left button. Brush Pull (key 1) builds up.");
-    Step(desk, "Shift, Ctrl", "Hold Shift while you sculpt to smooth. Hold Ctrl to do the contrary: dig in.");
-    Step(desk, "Look around", "Alt and the left button turn, Alt and the middle one shift, Alt and the right one, or "
-                              "the wheel, come closer. A frames all, F what is selected.");
+    Step(desk, "Sculpt",
+         "Press and drag on the head with the left button. Brush Pull (key 1) builds up.");
+    Step(desk, "Shift, Ctrl",
+         "Hold Shift while you sculpt to smooth. Hold Ctrl to do the contrary: dig in.");
+    Step(desk, "Look around",
+         "Alt and the left button turn, Alt and the middle one shift, Alt and the right one, or "
+         "the wheel, come closer. A frames all, F what is selected.");
     Step(desk, "Size", "Keys [ and ], or hold S and drag. Strength: - and =, or hold D and drag.");
     Step(desk, "Detail", "Ctrl+L adds a finer level, PageUp and PageDown go from one to another.");
-    Step(desk, "Undo", "Ctrl+Z takes back strokes, Ctrl+S saves. Rest the pointer on anything to read what it does.");
+    Step(desk, "Undo",
+         "Ctrl+Z takes back strokes, Ctrl+S saves. Rest the pointer on anything to read what it "
+         "does.");
     return Stays(desk, "Start sculpting");
 }
 
@@ -158,7 +173,8 @@ void Dialogs::Begin(Desk& desk) {
                                [&desk, remember](const std::string& path) {
                                    if (!desk.work.SaveAs(path)) return;
                                    remember(desk.work.path());
-                                   if (const auto then = std::exchange(desk.afterUnsaved, nullptr)) then();
+                                   if (const auto then = std::exchange(desk.afterUnsaved, nullptr))
+                                       then();
                                }},
                               folder);
         case Kind::Export:
@@ -175,18 +191,25 @@ void Dialogs::Begin(Desk& desk) {
                 about_ += messages[i].text + "\n";
             return;
         }
-        default: return;
+        default:
+            return;
     }
 }
 
 bool Dialogs::DrawContent(Desk& desk) {
     switch (shown_) {
-        case Kind::Unsaved: return DrawUnsaved(desk);
-        case Kind::About: return DrawAbout(desk);
-        case Kind::Keys: return DrawKeys(desk);
-        case Kind::FirstSteps: return DrawFirstSteps(desk);
-        case Kind::Log: return DrawLog(desk);
-        default: return files_.Draw(desk);
+        case Kind::Unsaved:
+            return DrawUnsaved(desk);
+        case Kind::About:
+            return DrawAbout(desk);
+        case Kind::Keys:
+            return DrawKeys(desk);
+        case Kind::FirstSteps:
+            return DrawFirstSteps(desk);
+        case Kind::Log:
+            return DrawLog(desk);
+        default:
+            return files_.Draw(desk);
     }
 }
 
@@ -204,7 +227,8 @@ void Dialogs::Draw(Desk& desk) {
     if (ImGui::BeginPopupModal(title, &open,
                                ImGuiWindowFlags_AlwaysAutoResize | ImGuiWindowFlags_NoMove |
                                    ImGuiWindowFlags_NoSavedSettings)) {
-        const bool stays = DrawContent(desk) && open && !ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Escape));
+        const bool stays =
+            DrawContent(desk) && open && !ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Escape));
         if (!stays || desk.dialog != shown_) ImGui::CloseCurrentPopup();
         if (!stays) open = false;
         ImGui::EndPopup();

@@ -44,7 +44,8 @@ float FalloffCurve::At(float position) const {
     if (next == points.begin()) return points.front().value;
     if (next == points.end()) return points.back().value;
     const Point &a = *(next - 1), &b = *next;
-    const float width = b.position - a.position, t = width > 0 ? (position - a.position) / width : 1;
+    const float width = b.position - a.position,
+                t = width > 0 ? (position - a.position) / width : 1;
     if (a.kind == kStep) return a.value;
     if (a.kind == kLinear) return a.value + (b.value - a.value) * t;
     if (a.kind == kSmooth) return a.value + (b.value - a.value) * t * t * (3 - 2 * t);
@@ -62,9 +63,11 @@ std::span<const FalloffPreset> FalloffPresets() {
     static const FalloffPreset presets[] = {
         {"Soft", "Round in the middle, and gone at the rim.", {{{0, 1, kSmooth}, {1, 0, kSmooth}}}},
         {"Line", "Even from the centre to the rim.", {{{0, 1, kLinear}, {1, 0, kLinear}}}},
-        {"Peak", "Sharp in the middle.",
+        {"Peak",
+         "Sharp in the middle.",
          {{{0, 1, kSpline}, {0.25f, 0.35f, kSpline}, {0.6f, 0.08f, kSpline}, {1, 0, kSpline}}}},
-        {"Flat", "Full nearly to the rim.",
+        {"Flat",
+         "Full nearly to the rim.",
          {{{0, 1, kSmooth}, {0.75f, 1, kSmooth}, {1, 0, kSmooth}}}},
     };
     return presets;

@@ -43,7 +43,8 @@ void Show(const Canvas& canvas, const FalloffCurve& curve, int held) {
     for (int i = 1; i <= kSteps; ++i) {
         const float at = static_cast<float>(i) / kSteps;
         const ImVec2 next = canvas.ToScreen(at, std::clamp(curve.At(at), 0.f, 1.f));
-        list.AddQuadFilled(before, next, {next.x, end.y}, {before.x, end.y}, IM_COL32(232, 140, 60, 40));
+        list.AddQuadFilled(before, next, {next.x, end.y}, {before.x, end.y},
+                           IM_COL32(232, 140, 60, 40));
         list.AddLine(before, next, Look::kAccent, 1.6f);
         before = next;
     }
@@ -123,7 +124,8 @@ void DrawFalloffEditor(Desk& desk) {
     if (Edit(canvas, curve, held)) Put(curve, second);
     Show(canvas, curve, held);
     if (held < 0)
-        Tip("How the brush acts from its centre, left, to its rim. Drag a point, double-click to add "
+        Tip("How the brush acts from its centre, left, to its rim. Drag a point, double-click to "
+            "add "
             "one, right-click to take one away.");
     const float quarter = (canvas.size.x - 3 * ImGui::GetStyle().ItemSpacing.x) / 4;
     bool first = true;

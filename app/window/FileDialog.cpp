@@ -47,12 +47,14 @@ void FileDialog::Read() {
     entries_.clear();
     problem_.clear();
     std::error_code failed;
-    for (fs::directory_iterator at(folder_, failed), end; !failed && at != end; at.increment(failed)) {
+    for (fs::directory_iterator at(folder_, failed), end; !failed && at != end;
+         at.increment(failed)) {
         std::error_code unknown;
         const std::string name = at->path().filename();
         const bool isFolder = at->is_directory(unknown);
         const auto fits = [&](const std::string& ending) { return Lower(name).ends_with(ending); };
-        if (name.starts_with(".") || (!isFolder && !std::ranges::any_of(request_.endings, fits))) continue;
+        if (name.starts_with(".") || (!isFolder && !std::ranges::any_of(request_.endings, fits)))
+            continue;
         entries_.push_back({name, isFolder, isFolder ? 0 : at->file_size(unknown)});
     }
     if (failed) problem_ = place_ + " can't be read: " + failed.message();
@@ -90,10 +92,9 @@ void FileDialog::DrawList(bool& picked) {
         return GoTo(folder_.parent_path());
     for (const Entry& entry : entries_) {
         const std::string shown = entry.name + (entry.isFolder ? "/" : "");
-        const bool clicked =
-            ImGui::Selectable(shown.c_str(), entry.name == name_,
-                              ImGuiSelectableFlags_DontClosePopups |
-                                  ImGuiSelectableFlags_AllowDoubleClick);
+        const bool clicked = ImGui::Selectable(
+            shown.c_str(), entry.name == name_,
+            ImGuiSelectableFlags_DontClosePopups | ImGuiSelectableFlags_AllowDoubleClick);
         if (!entry.isFolder) {
             const std::string size = SizeText(entry.size);
             ImGui::SameLine(ImGui::GetContentRegionMax().x - ImGui::CalcTextSize(size.c_str()).x);

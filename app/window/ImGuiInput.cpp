@@ -3,6 +3,7 @@
 #include <imgui/imgui.h>
 
 #include <algorithm>
+#include <cfloat>
 #include <iterator>
 
 #include "app/window/Keys.h"
@@ -10,6 +11,8 @@
 namespace kelmo {
 
 namespace {
+
+using Kind = minihost::WindowEvent::Kind;
 
 struct WidgetKey {
     ImGuiKey key;
@@ -44,47 +47,61 @@ int ButtonOf(int button) {
     return button == 2 ? 2 : button == 3 ? 1 : 0;
 }
 
-}  // namespace
-
-void SetImGuiKeys() {
-    ImGuiIO& io = ImGui::GetIO();
-    for (size_t i = 0; i < std::size(kKeys); ++i) io.KeyMap[kKeys[i].key] = static_cast<int>(i);
-}
-
-void TellImGui(const minihost::WindowEvent& event) {
-    using Kind = minihost::WindowEvent::Kind;
+void Apply(const minihost::WindowEvent& event) {
     ImGuiIO& io = ImGui::GetIO();
     switch (event.kind) {
-        case Kind::Motion:
-            io.AddMousePosEvent(static_cast<float>(event.x), static_cast<float>(event.y));
+        case Kind::Leave:
+            io.MousePos = {-FLT_MAX, -FLT_MAX};
+            return;
+        case Kind::Focus:
+            io.AddFocusEvent(true);
+            return;
+        case Kind::Unfocus:
+            std::ranges::fill(io.KeysDown, false);
+            io.AddFocusEvent(false);
+            return;
+        case Kind::Wheel:
+            io.MouseWheel += event.wheel;
+            io.MouseWheelH += event.wheelAcross;
             break;
-        case Kind::Leave: io.AddMousePosEvent(-1e6f, -1e6f); break;
-        case Kind::Press:
-        case Kind::Release:
-            io.AddMousePosEvent(static_cast<float>(event.x), static_cast<float>(event.y));
-            io.AddMouseButtonEvent(ButtonOf(event.button), event.kind == Kind::Press);
-            break;
-        case Kind::Wheel: io.AddMouseWheelEvent(event.wheelAcross, event.wheel); break;
         case Kind::KeyDown:
         case Kind::KeyUp: {
             const bool down = event.kind == Kind::KeyDown;
             const auto key = std::ranges::find(kKeys, keys::Plain(event.key), &WidgetKey::symbol);
             if (key != std::end(kKeys)) io.KeysDown[key - kKeys] = down;
-            const bool typed = down && !event.control && !event.alt;
-            if (typed) io.AddInputCharactersUTF8(event.text.c_str());
+            if (down && !event.control && !event.alt) io.AddInputCharactersUTF8(event.text.c_str());
             break;
         }
-        case Kind::Focus: io.AddFocusEvent(true); break;
-        case Kind::Unfocus:
-            std::ranges::fill(io.KeysDown, false);
-            io.AddFocusEvent(false);
-            break;
+        default:
+            io.MousePos = {static_cast<float>(event.x), static_cast<float>(event.y)};
+            if (event.kind != Kind::Motion)
+                io.MouseDown[ButtonOf(event.button)] = event.kind == Kind::Press;
     }
-    if (event.kind == Kind::Focus || event.kind == Kind::Unfocus || event.kind == Kind::Leave)
-        return;
     io.KeyShift = event.shift;
     io.KeyCtrl = event.control;
     io.KeyAlt = event.alt;
+}
+
+}  // namespace
+
+void ImGuiInput::Begin() {
+    ImGuiIO& io = ImGui::GetIO();
+    for (size_t i = 0; i < std::size(kKeys); ++i) io.KeyMap[kKeys[i].key] = static_cast<int>(i);
+}
+
+bool ImGuiInput::Feed() {
+    bool acted = false;
+    while (!events_.empty()) {
+        const Kind kind = events_.front().kind;
+        const bool acts = kind == Kind::Press || kind == Kind::Release || kind == Kind::KeyDown ||
+                          kind == Kind::KeyUp;
+        // A place belongs to what is done there.
+        if (acted && (acts || kind == Kind::Motion || kind == Kind::Leave)) return true;
+        Apply(events_.front());
+        events_.pop_front();
+        acted = acted || acts;
+    }
+    return false;
 }
 
 }  // namespace kelmo

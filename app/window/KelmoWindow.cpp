@@ -12,7 +12,6 @@
 
 #include "app/cli/Commands.h"
 #include "app/window/Brushes.h"
-#include "app/window/ImGuiInput.h"
 #include "minihost/command/builtins/Builtins.h"
 #include "minihost/image/ImageFile.h"
 
@@ -33,7 +32,8 @@ bool TakesText() {
 
 void Box(ImDrawList& list, ImVec2 corner, ImVec2 size, const std::string& text) {
     const float pad = 6;
-    list.AddRectFilled({corner.x - pad, corner.y - pad}, {corner.x + size.x + pad, corner.y + size.y + pad},
+    list.AddRectFilled({corner.x - pad, corner.y - pad},
+                       {corner.x + size.x + pad, corner.y + size.y + pad},
                        IM_COL32(24, 24, 27, 215), 4);
     list.AddText(corner, IM_COL32(232, 232, 235, 255), text.c_str());
 }
@@ -63,12 +63,14 @@ bool KelmoWindow::Run(std::string& error) {
     imgui_ = ImGui::CreateContext();
     ImGui_ImplOpenGL2_Init();
     desk_.look.Apply(desk_.preferences.scale);
-    SetImGuiKeys();
+    input_.Begin();
     desk_.actions.Fill(desk_);
     ListenToHost();
     AddProcedures();
     Host::Get().idle.Add([this] { Start(); });
-    window_->onFrame = [this](const minihost::Window::FrameTimes& times) { desk_.stats.Add(times); };
+    window_->onFrame = [this](const minihost::Window::FrameTimes& times) {
+        desk_.stats.Add(times);
+    };
     window_->Run();
     WritePreferences();
     if (options_.timings.empty()) return true;
@@ -103,10 +105,10 @@ void KelmoWindow::ListenToHost() {
 
 void KelmoWindow::AddProcedures() {
     minihost::CommandTable& commands = Host::Get().commands;
-    for (const char* name : {"KelmoUpdateBrushPreview", "kelmoUpdateAffectModeList",
-                             "kelmoUpdateUseStencilBoxes", "KelmoToolContextUpdateIconSize",
-                             "kelmoSetUpGeomMoveUI", "kelmoSetUpGeomBrushUI", "kelmoSetUpTextureUI",
-                             "kelmoSetUpVColorUI", "kelmoSetUpStencilUI"})
+    for (const char* name :
+         {"KelmoUpdateBrushPreview", "kelmoUpdateAffectModeList", "kelmoUpdateUseStencilBoxes",
+          "KelmoToolContextUpdateIconSize", "kelmoSetUpGeomMoveUI", "kelmoSetUpGeomBrushUI",
+          "kelmoSetUpTextureUI", "kelmoSetUpVColorUI", "kelmoSetUpStencilUI"})
         commands.SetProcedure(name, [this](minihost::CommandCall&) {
             window_->Redraw();
             return minihost::Answer();
@@ -125,7 +127,8 @@ void KelmoWindow::AddProcedures() {
 void KelmoWindow::ShowProgress(const minihost::CommandCall& call) {
     for (size_t i = 0; i < call.arguments.size(); ++i) {
         const std::string flag = call.Text(i);
-        if (flag == "-progress" || flag == "-pr") progress_.percent = std::atoi(call.Text(i + 1).c_str());
+        if (flag == "-progress" || flag == "-pr")
+            progress_.percent = std::atoi(call.Text(i + 1).c_str());
         if (flag == "-status" || flag == "-st") progress_.text = call.Text(i + 1);
         if (flag == "-query" || flag == "-q") return;
         progress_.shown = flag != "-endProgress" && flag != "-ep";
@@ -143,7 +146,7 @@ bool KelmoWindow::TakesAll() {
 }
 
 bool KelmoWindow::Handle(const WindowEvent& event) {
-    TellImGui(event);
+    input_.Tell(event);
     settling_ = kSettling;
     if (HandleHeld(event)) return true;
     return event.kind == Kind::KeyDown && HandleKey(event);
@@ -184,7 +187,8 @@ bool KelmoWindow::HandleHeld(const WindowEvent& event) {
         const double width = std::max(1, window_->view().width());
         const double by = (event.x - held_.x) / width;
         // A size grows by what is dragged, so that the circle follows the pointer.
-        const double value = held_.key == kSizeKey ? held_.value + by : held_.value * std::exp(6 * by);
+        const double value =
+            held_.key == kSizeKey ? held_.value + by : held_.value * std::exp(6 * by);
         node.Set(attribute, std::clamp(value, 0.001, held_.key == kSizeKey ? 0.5 : 10.), mode);
     } else if (event.kind == Kind::Motion) {
         held_.x = event.x;
@@ -217,7 +221,8 @@ void KelmoWindow::DrawProgress(const Layout& layout) {
     if (!progress_.shown) return;
     ImDrawList& list = *ImGui::GetForegroundDrawList();
     const float width = std::min(360.f * desk_.look.scale, static_cast<float>(layout.view.width)),
-                x = static_cast<float>(layout.view.x) + (static_cast<float>(layout.view.width) - width) / 2,
+                x = static_cast<float>(layout.view.x) +
+                    (static_cast<float>(layout.view.width) - width) / 2,
                 y = static_cast<float>(layout.view.y + layout.view.height / 2);
     list.AddRectFilled({x - 14, y - 34}, {x + width + 14, y + 26}, IM_COL32(24, 24, 27, 235), 5);
     list.AddText({x, y - 24}, IM_COL32(232, 232, 235, 255), progress_.text.c_str());
@@ -253,6 +258,7 @@ bool KelmoWindow::Draw(int width, int height) {
     const bool dragging = window_->isDragging();
     if (wasDragging_ && !dragging) desk_.work.MarkDirty();
     wasDragging_ = dragging && Host::Get().tools.current() != minihost::Tools::kSelect;
+    if (input_.Feed()) settling_ = kSettling;
     ImGui_ImplOpenGL2_NewFrame();
     ImGui::NewFrame();
     const Layout layout(desk_, width, height);
@@ -270,7 +276,8 @@ bool KelmoWindow::Draw(int width, int height) {
 }
 
 void KelmoWindow::UpdateTitle() {
-    const std::string title = desk_.work.name() + (desk_.work.isDirty() ? " (changed)" : "") + " - Kelmo";
+    const std::string title =
+        desk_.work.name() + (desk_.work.isDirty() ? " (changed)" : "") + " - Kelmo";
     if (title == title_) return;
     title_ = title;
     window_->SetTitle(title);

@@ -5,6 +5,7 @@
 
 #include "app/window/Desk.h"
 #include "app/window/Dialogs.h"
+#include "app/window/ImGuiInput.h"
 #include "app/window/Panels.h"
 
 struct ImGuiContext;
@@ -68,6 +69,7 @@ class KelmoWindow : public minihost::Surroundings {
     WindowOptions options_;
     Desk desk_;
     Dialogs dialogs_;
+    ImGuiInput input_;
     ImGuiContext* imgui_ = nullptr;
     std::unique_ptr<minihost::Window> window_;
     Held held_;

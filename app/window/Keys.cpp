@@ -27,8 +27,8 @@ Chord Parse(const std::string& text) {
     std::string rest = text;
     chord.control = Take(rest, "Ctrl+");
     chord.shift = Take(rest, "Shift+");
-    const auto* named = std::ranges::find(
-        kNamed, rest, [](const auto& pair) { return std::string(pair.first); });
+    const auto* named =
+        std::ranges::find(kNamed, rest, [](const auto& pair) { return std::string(pair.first); });
     if (named != std::end(kNamed))
         chord.key = named->second;
     else if (rest.size() == 1)

@@ -20,8 +20,7 @@ using minihost::WindowPlace;
 constexpr int kDock = 256, kMenu = 27, kStatus = 25, kLeastView = 120;
 constexpr ImGuiWindowFlags kFixed = ImGuiWindowFlags_NoDecoration | ImGuiWindowFlags_NoMove |
                                     ImGuiWindowFlags_NoSavedSettings |
-                                    ImGuiWindowFlags_NoBringToFrontOnFocus |
-                                    ImGuiWindowFlags_NoNav;
+                                    ImGuiWindowFlags_NoBringToFrontOnFocus | ImGuiWindowFlags_NoNav;
 
 ImVec2 Corner(const WindowPlace& p) {
     return {static_cast<float>(p.x), static_cast<float>(p.y)};
@@ -41,7 +40,8 @@ class Pane {
         const ImGuiWindowFlags scrolls = more & ImGuiWindowFlags_AlwaysVerticalScrollbar
                                              ? ImGuiWindowFlags(ImGuiWindowFlags_NoScrollbar)
                                              : ImGuiWindowFlags(0);
-        ImGui::Begin(name, nullptr, (kFixed & ~scrolls) | (more & ~ImGuiWindowFlags_AlwaysVerticalScrollbar));
+        ImGui::Begin(name, nullptr,
+                     (kFixed & ~scrolls) | (more & ~ImGuiWindowFlags_AlwaysVerticalScrollbar));
         ImGui::PopStyleVar(2);
     }
     ~Pane() { ImGui::End(); }
@@ -162,7 +162,8 @@ void DrawBrushes(Desk& desk, std::span<const Brush> brushes) {
 }
 
 void DrawAffects(Desk& desk) {
-    const float third = (ImGui::GetContentRegionAvail().x - 2 * ImGui::GetStyle().ItemSpacing.x) / 3;
+    const float third =
+        (ImGui::GetContentRegionAvail().x - 2 * ImGui::GetStyle().ItemSpacing.x) / 3;
     Button(desk, "geometry", third, "Geometry");
     ImGui::SameLine();
     Button(desk, "colour", third, "Colour");
@@ -188,8 +189,10 @@ void DrawPaint(Desk& desk) {
         Tip("How much of the surface's motion the stencil takes away.");
     }
     const auto run = [&desk](const char* name, int command, const char* tip) {
-        const float third = (ImGui::GetWindowContentRegionMax().x - ImGui::GetWindowContentRegionMin().x -
-                             2 * ImGui::GetStyle().ItemSpacing.x) / 3;
+        const float third =
+            (ImGui::GetWindowContentRegionMax().x - ImGui::GetWindowContentRegionMin().x -
+             2 * ImGui::GetStyle().ItemSpacing.x) /
+            3;
         if (ImGui::Button(name, {third, 0}))
             desk.Later([&desk, command] {
                 desk.work.node.Run(command);
@@ -203,7 +206,8 @@ void DrawPaint(Desk& desk) {
     ImGui::SameLine();
     run("Invert", 107, "Turns it into its opposite.");
     if (node.affects() == 2) {
-        Toggle(desk, "Stencil protects", "useStencil", "What is painted red is left alone by brushes.");
+        Toggle(desk, "Stencil protects", "useStencil",
+               "What is painted red is left alone by brushes.");
     }
 }
 
@@ -211,21 +215,28 @@ void DrawBrushSettings(Desk& desk) {
     SculptNode& node = desk.work.node;
     const int mode = node.mode();
     Slider(desk, "Size", "toolSize", mode, 0.002f, 0.5f, "%.3f",
-           "The brush's radius, as a share of the view's width. Keys: [ and ], or hold S and drag in the view.");
+           "The brush's radius, as a share of the view's width. Keys: [ and ], or hold S and drag "
+           "in the view.");
     Slider(desk, "Strength", node.strength(), mode, 0.001f, 5, "%.3f",
            "How much a brush does. Keys: - and =, or hold D and drag in the view.");
     if (mode >= 8) {
         Choice(desk, "Direction", "pushPullMode",
                {{"Along the view", 0}, {"Own normals", 1}, {"Mean normal", 2}},
-               "Where Brush Pull and Push move the surface to: towards the eye, each vertex along its own normal, "
+               "Where Brush Pull and Push move the surface to: towards the eye, each vertex along "
+               "its own normal, "
                "or all along the mean normal under the brush.");
         Toggle(desk, "Accumulate", "accumulate",
-               "A stroke goes on building up where it passes again; off, it reaches a depth and stays.");
+               "A stroke goes on building up where it passes again; off, it reaches a depth and "
+               "stays.");
     }
-    if (mode == 12) IntSlider(desk, "Rounds", "brushSmoothIterations", 1, 20, "How often each step smooths.");
-    if (mode == 13) IntSlider(desk, "Rounds", "brushSharpenIterations", 1, 20, "How often each step sharpens.");
-    if (mode == 5) IntSlider(desk, "Rounds", "sculptSharpenIterations", 1, 20, "How often it sharpens.");
-    if (mode == 6) IntSlider(desk, "Rounds", "sculptSmoothIterations", 1, 20, "How often it smooths.");
+    if (mode == 12)
+        IntSlider(desk, "Rounds", "brushSmoothIterations", 1, 20, "How often each step smooths.");
+    if (mode == 13)
+        IntSlider(desk, "Rounds", "brushSharpenIterations", 1, 20, "How often each step sharpens.");
+    if (mode == 5)
+        IntSlider(desk, "Rounds", "sculptSharpenIterations", 1, 20, "How often it sharpens.");
+    if (mode == 6)
+        IntSlider(desk, "Rounds", "sculptSmoothIterations", 1, 20, "How often it smooths.");
     Choice(desk, "Symmetry", "symmetry", {{"None", 4}, {"X", 1}, {"Y", 2}, {"Z", 3}},
            "Mirrors each stroke in a plane through the origin. Key: X");
 }
@@ -270,7 +281,8 @@ void DrawLevels(Desk& desk) {
                 desk.work.node.ReadLevels();
             });
         Tip(fmt::format("{} vertices, {} triangles. Click to sculpt on it; keys: PageUp, PageDown",
-                        Thousands(level.vertices), Thousands(level.faces)).c_str());
+                        Thousands(level.vertices), Thousands(level.faces))
+                .c_str());
         const std::string count = Thousands(level.faces) + " tri";
         ImGui::SameLine(ImGui::GetContentRegionMax().x - ImGui::CalcTextSize(count.c_str()).x);
         ImGui::TextDisabled("%s", count.c_str());
@@ -283,7 +295,11 @@ void DrawLevels(Desk& desk) {
 void DrawDisplay(Desk& desk) {
     Heading(desk, "Display");
     Choice(desk, "Show", "displayMode",
-           {{"Edges", 0}, {"All edges", 1}, {"Surface", 2}, {"Surface, edges", 3}, {"Surface, all", 4}},
+           {{"Edges", 0},
+            {"All edges", 1},
+            {"Surface", 2},
+            {"Surface, edges", 3},
+            {"Surface, all", 4}},
            "How the surface is shown. Key for edges over it: E");
     Check(desk, "shadow");
     ImGui::SameLine(Half() + 10);
@@ -291,12 +307,14 @@ void DrawDisplay(Desk& desk) {
     const int affects = desk.work.node.affects();
     if (desk.work.node.Is("useShadow", affects)) {
         IntSlider(desk, "Softness", "shadowFilter", 1, 18, "How soft the edge of the shadow is.");
-        IntSlider(desk, "Light turn", "shadowAzm", -180, 180, "Where the light stands, in degrees around.");
+        IntSlider(desk, "Light turn", "shadowAzm", -180, 180,
+                  "Where the light stands, in degrees around.");
         IntSlider(desk, "Height", "shadowAlt", -180, 180, "How high it stands, in degrees.");
     }
     if (desk.work.node.Is("useSSAO", affects)) {
         Slider(desk, "Reach", "SSAOradius", -1, 0.001f, 0.1f, "%.3f", "How far occlusion looks.");
-        IntSlider(desk, "Samples", "SSAOsamples", 4, 64, "How often it looks: smoother and slower.");
+        IntSlider(desk, "Samples", "SSAOsamples", 4, 64,
+                  "How often it looks: smoother and slower.");
     }
     Toggle(desk, "Shaders", "useShaders", "Light for each pixel; off, plain light.");
     ImGui::SameLine(Half() + 10);
@@ -360,8 +378,7 @@ void DrawMenu(Desk& desk, const WindowPlace& place) {
         }
         ImGui::EndMenu();
     }
-    const std::string title =
-        desk.work.name() + (desk.work.isDirty() ? " (changed)" : "");
+    const std::string title = desk.work.name() + (desk.work.isDirty() ? " (changed)" : "");
     ImGui::SameLine(static_cast<float>(place.width) - ImGui::CalcTextSize(title.c_str()).x -
                     14 * desk.look.scale);
     ImGui::TextDisabled("%s", title.c_str());
@@ -383,8 +400,7 @@ void DrawStatus(Desk& desk, const WindowPlace& place) {
         Tip((last->text + "\n\nClick for all messages.").c_str());
     }
     const Brush* brush = FindBrush(desk.work.node.mode());
-    const std::string tool =
-        IsSelecting() ? "Select faces" : brush ? brush->name : "";
+    const std::string tool = IsSelecting() ? "Select faces" : brush ? brush->name : "";
     const std::string text = fmt::format("{}    {}", tool, desk.work.node.mesh());
     ImGui::SameLine(static_cast<float>(place.width) - ImGui::CalcTextSize(text.c_str()).x -
                     14 * desk.look.scale);

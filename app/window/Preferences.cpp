@@ -17,12 +17,15 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr size_t kMostRecent = 8;
-constexpr const char* kSingle[] = {"pushPullMode",  "accumulate", "symmetry",   "displayMode",
-                                   "useShaders",    "shadowFilter", "shadowAzm", "shadowAlt",
-                                   "useSpecular",   "SSAOradius", "SSAOsamples", "useFalloff",
-                                   "useFalloff2",   "cullBackface"};
-constexpr std::pair<const char*, int> kArrays[] = {
-    {"toolSize", 20}, {"paintPressMult", 20}, {"vertColorStrength", 20}, {"useShadow", 3}, {"useSSAO", 3}};
+constexpr const char* kSingle[] = {"pushPullMode", "accumulate",   "symmetry",    "displayMode",
+                                   "useShaders",   "shadowFilter", "shadowAzm",   "shadowAlt",
+                                   "useSpecular",  "SSAOradius",   "SSAOsamples", "useFalloff",
+                                   "useFalloff2",  "cullBackface"};
+constexpr std::pair<const char*, int> kArrays[] = {{"toolSize", 20},
+                                                   {"paintPressMult", 20},
+                                                   {"vertColorStrength", 20},
+                                                   {"useShadow", 3},
+                                                   {"useSSAO", 3}};
 
 template <class T>
 void Take(const Json& json, const char* name, T& value) {
@@ -46,7 +49,9 @@ void TakeOptionVars(const Json& vars) {
         else if (value.is_number())
             RunScript(fmt::format("optionVar -fv {} {}", Quoted(name), value.get<double>()), false);
         else if (value.is_string())
-            RunScript(fmt::format("optionVar -sv {} {}", Quoted(name), Quoted(value.get<std::string>())), false);
+            RunScript(
+                fmt::format("optionVar -sv {} {}", Quoted(name), Quoted(value.get<std::string>())),
+                false);
     }
 }
 
@@ -100,10 +105,11 @@ void Preferences::Read() {
 }
 
 std::string Preferences::Write() const {
-    Json json = {{"width", width},           {"height", height},     {"scale", scale},
-                 {"leftDock", leftDock},     {"rightDock", rightDock}, {"hasBegun", hasBegun},
-                 {"folder", folder},         {"recent", recent},     {"settings", settings},
-                 {"optionVars", OptionVars()}};
+    Json json = {{"width", width},         {"height", height},
+                 {"scale", scale},         {"leftDock", leftDock},
+                 {"rightDock", rightDock}, {"hasBegun", hasBegun},
+                 {"folder", folder},       {"recent", recent},
+                 {"settings", settings},   {"optionVars", OptionVars()}};
     std::error_code failed;
     std::filesystem::create_directories(std::filesystem::path(File()).parent_path(), failed);
     std::string error;
@@ -116,7 +122,8 @@ void Preferences::TakeFrom(const SculptNode& node) {
     if (!node.exists()) return;
     for (const char* name : kSingle) settings[name] = node.Get(name);
     for (const auto& [name, count] : kArrays)
-        for (int i = 0; i < count; ++i) settings[fmt::format("{}[{}]", name, i)] = node.Get(name, i);
+        for (int i = 0; i < count; ++i)
+            settings[fmt::format("{}[{}]", name, i)] = node.Get(name, i);
 }
 
 void Preferences::GiveTo(SculptNode& node) const {

@@ -136,8 +136,7 @@ bool Workspace::Save() {
 }
 
 bool Workspace::SaveAs(const std::string& path) {
-    const std::string former =
-        std::exchange(path_, IsScene(path) ? path : path + ".mhb");
+    const std::string former = std::exchange(path_, IsScene(path) ? path : path + ".mhb");
     if (Save()) return true;
     path_ = former;
     return false;
@@ -158,7 +157,8 @@ bool Workspace::Export(const std::string& path) {
     const Passing passing(made);
     std::string error;
     if (!VantrelSDK::WriteMesh(path, FromHost(*mesh), error)) return Fails(error);
-    Host::Get().output().Info(fmt::format("exported {} polygons to {}", mesh->polygons().count(), path));
+    Host::Get().output().Info(
+        fmt::format("exported {} polygons to {}", mesh->polygons().count(), path));
     return true;
 }
 
@@ -169,7 +169,8 @@ void Workspace::Close() {
 bool Workspace::SelectMesh() {
     Host& host = Host::Get();
     for (const auto& item : host.scene.selection)
-        if (auto* dag = dynamic_cast<DagNode*>(item.node.get()); dag && MeshBelow(*dag)) return true;
+        if (auto* dag = dynamic_cast<DagNode*>(item.node.get()); dag && MeshBelow(*dag))
+            return true;
     for (const auto& top : host.scene.world().children())
         if (DagNode* mesh = MeshBelow(*top)) {
             RunScript("select " + mesh->parent()->UniqueName(), false);
@@ -181,11 +182,18 @@ bool Workspace::SelectMesh() {
 bool Workspace::Sculpt() {
     const bool was = dirty_;
     node.Find();
-    if (!node.isSculpting() || Host::Get().tools.ClassOf(Host::Get().tools.current()) !=
-                                   "KelmoToolContext") {
+    if (!node.isSculpting() ||
+        Host::Get().tools.ClassOf(Host::Get().tools.current()) != "KelmoToolContext") {
         if (!node.exists() || !node.isSculpting())
             if (!SelectMesh()) return Fails("there is no mesh to sculpt: open or import one");
-        RunScript("KelmoSculpt -mode 1", false);
+        if (Host::Get().commands.Find("KelmoSculpt"))
+            RunScript("KelmoSculpt -mode 1", false);
+        else
+            RunScript(
+                "if (size(`ls -type KelmoND`) == 0) Kelmo -create; if (!`KelmoToolContext -exists "
+                "KelmoToolContext1`) KelmoToolContext KelmoToolContext1; setToolTo "
+                "KelmoToolContext1; KelmoToolContext -e -bm 8 KelmoToolContext1;",
+                false);
     }
     node.Find();
     node.ReadLevels();
