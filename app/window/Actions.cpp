@@ -414,7 +414,11 @@ void Actions::AddHelp(Desk& desk) {
          "About this machine",
          "",
          "The program, the display and what draws.",
-         show(Desk::Dialog::About),
+         [&desk] {
+             desk.about = "Kelmo " + RunScript("Kelmo -q -version", false).AsString() + "\n" +
+                          RunScript("KelmoDiag -gl", false).AsString();
+             desk.dialog = Desk::Dialog::About;
+         },
          {},
          ""});
 }

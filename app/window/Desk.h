@@ -38,6 +38,8 @@ struct Desk {
         Log
     };
     Dialog dialog = Dialog::None;
+    /// What the page about the machine tells.
+    std::string about;
     /// What goes on when the question about unsaved work is answered.
     std::function<void()> afterUnsaved;
 

@@ -115,11 +115,11 @@ bool Dialogs::DrawLog(Desk& desk) {
 bool Dialogs::DrawAbout(Desk& desk) {
     ImGui::BeginChild("about", {680 * desk.look.scale, 420 * desk.look.scale}, true);
     ImGui::PushFont(desk.look.mono);
-    ImGui::TextUnformatted(about_.c_str());
+    ImGui::TextUnformatted(desk.about.c_str());
     ImGui::PopFont();
     ImGui::EndChild();
     const bool copies = ImGui::Button("Copy", {120 * desk.look.scale, 0});
-    if (copies) ImGui::SetClipboardText(about_.c_str());
+    if (copies) ImGui::SetClipboardText(desk.about.c_str());
     ImGui::SameLine();
     return !ImGui::Button("Close", {120 * desk.look.scale, 0});
 }
@@ -181,16 +181,6 @@ void Dialogs::Begin(Desk& desk) {
             return files_.Ask({"Export", "Export", meshes, true, stem + "_sculpted.obj",
                                [&desk](const std::string& path) { desk.work.Export(path); }},
                               folder);
-        case Kind::About: {
-            const size_t before = desk.log.count();
-            RunScript("KelmoDiag -gl", false);
-            about_ = "Kelmo " + RunScript("Kelmo -q -version", false).AsString() + "\n";
-            const auto& messages = desk.log.messages();
-            const size_t told = std::min(messages.size(), desk.log.count() - before);
-            for (size_t i = messages.size() - told; i < messages.size(); ++i)
-                about_ += messages[i].text + "\n";
-            return;
-        }
         default:
             return;
     }

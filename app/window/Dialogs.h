@@ -22,7 +22,6 @@ class Dialogs {
 
     Desk::Dialog shown_ = Desk::Dialog::None;
     FileDialog files_;
-    std::string about_;
 };
 
 }  // namespace kelmo

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 #include <imgui/backends/imgui_impl_opengl2.h>
 #include <imgui/imgui.h>
+#include <imgui/imgui_internal.h>
 
 #include <algorithm>
 #include <chrono>
@@ -153,6 +154,10 @@ bool KelmoWindow::Handle(const WindowEvent& event) {
 }
 
 bool KelmoWindow::HandleKey(const WindowEvent& event) {
+    if (event.key == keys::kEscape && popupOpen_ && desk_.dialog == Desk::Dialog::None) {
+        closesMenus_ = true;
+        return true;
+    }
     if (TakesText() || popupOpen_ || desk_.dialog != Desk::Dialog::None || window_->isDragging())
         return false;
     const unsigned long key = keys::Plain(event.key);
@@ -261,6 +266,7 @@ bool KelmoWindow::Draw(int width, int height) {
     if (input_.Feed()) settling_ = kSettling;
     ImGui_ImplOpenGL2_NewFrame();
     ImGui::NewFrame();
+    if (std::exchange(closesMenus_, false)) ImGui::ClosePopupToLevel(0, true);
     const Layout layout(desk_, width, height);
     DrawPanels(desk_, layout);
     dialogs_.Draw(desk_);

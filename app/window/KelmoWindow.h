@@ -77,7 +77,7 @@ class KelmoWindow : public minihost::Surroundings {
     std::string title_;
     /// Frames that are drawn after something happened, until what follows from it is shown.
     int settling_ = 0, frames_ = 0;
-    bool popupOpen_ = false, wasDragging_ = false;
+    bool popupOpen_ = false, closesMenus_ = false, wasDragging_ = false;
 };
 
 /// The program's window; the exit code.

@@ -67,7 +67,7 @@ void Look::Apply(float wanted) {
     style.PopupRounding = 4;
     style.WindowRounding = 5;
     style.ScrollbarSize = 11;
-    style.GrabMinSize = 9;
+    style.GrabMinSize = 5;
     style.WindowBorderSize = 1;
     style.WindowTitleAlign = {0.5f, 0.5f};
     style.ScaleAllSizes(scale);

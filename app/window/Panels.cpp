@@ -61,8 +61,8 @@ float Half() {
     return (ImGui::GetContentRegionAvail().x - ImGui::GetStyle().ItemSpacing.x) / 2;
 }
 
-void Run(Desk&, const Action& action) {
-    action.run();
+void Run(Desk& desk, const Action& action) {
+    desk.Later(action.run);
 }
 
 /// A button for an action; lit while it is on.
