@@ -294,6 +294,20 @@ void Actions::AddView(Desk& desk) {
          toggle("useShadow", true), is("useShadow", true), ""});
     Add({"occlusion", "View", "Occlusion", "Shift+O", "Darkens creases and hollows.",
          toggle("useSSAO", true), is("useSSAO", true), ""});
+    Add({"smoothEdges", "View", "Smooth edges", "",
+         "Draws each pixel several times. Off, a machine without a graphics card follows the brush "
+         "faster.",
+         [&desk] {
+             desk.preferences.samples = desk.window->samples() > 0 ? 0 : 4;
+             desk.window->SetSamples(desk.preferences.samples);
+         },
+         [&desk] { return desk.window->samples() > 0; }, ""});
+    for (const auto& [id, name, dock] :
+         {std::tuple{"leftDock", "Brushes at the left", &Preferences::leftDock},
+          {"rightDock", "Levels at the right", &Preferences::rightDock}})
+        Add({id, "View", name, "", "Shows or hides these panels.",
+             [&desk, dock = dock] { desk.preferences.*dock = !(desk.preferences.*dock); },
+             [&desk, dock = dock] { return desk.preferences.*dock; }, ""});
     Add({"timings", "View", "Timings", "", "Shows what a frame takes, over the view.",
          [&desk] { desk.stats.shown = !desk.stats.shown; }, [&desk] { return desk.stats.shown; },
          ""});

@@ -57,8 +57,9 @@ KelmoWindow::~KelmoWindow() {
 }
 
 bool KelmoWindow::Run(std::string& error) {
-    window_ = minihost::Window::Open(
-        {"Kelmo", desk_.preferences.width, desk_.preferences.height, "persp", 4}, *this, error);
+    window_ = minihost::Window::Open({"Kelmo", desk_.preferences.width, desk_.preferences.height,
+                                      "persp", desk_.preferences.samples},
+                                     *this, error);
     if (!window_) return false;
     desk_.window = window_.get();
     imgui_ = ImGui::CreateContext();
@@ -69,6 +70,7 @@ bool KelmoWindow::Run(std::string& error) {
     ListenToHost();
     AddProcedures();
     Host::Get().idle.Add([this] { Start(); });
+    if (!options_.timings.empty()) window_->Measure();
     window_->onFrame = [this](const minihost::Window::FrameTimes& times) {
         desk_.stats.Add(times);
     };
@@ -114,6 +116,10 @@ void KelmoWindow::AddProcedures() {
             window_->Redraw();
             return minihost::Answer();
         });
+    // A stroke draws what it changes alone, unless somebody wants it otherwise.
+    if (RunScript("optionVar -exists KelmoDoPixPref", false).AsInt() == 0)
+        RunScript("optionVar -iv KelmoDoPixPref 1", false);
+    RunScript("Kelmo -readPrefs", false);
     // What takes long tells so by this command; it is shown as well.
     const auto plain = commands.Find("progressWindow");
     if (!plain || !commands.Remove("progressWindow")) return;

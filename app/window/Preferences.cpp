@@ -88,6 +88,8 @@ void Preferences::Read() {
     Take(json, "width", width);
     Take(json, "height", height);
     Take(json, "scale", scale);
+    Take(json, "samples", samples);
+    samples = std::clamp(samples, -1, 16);
     Take(json, "leftDock", leftDock);
     Take(json, "rightDock", rightDock);
     Take(json, "hasBegun", hasBegun);
@@ -105,11 +107,10 @@ void Preferences::Read() {
 }
 
 std::string Preferences::Write() const {
-    Json json = {{"width", width},         {"height", height},
-                 {"scale", scale},         {"leftDock", leftDock},
-                 {"rightDock", rightDock}, {"hasBegun", hasBegun},
-                 {"folder", folder},       {"recent", recent},
-                 {"settings", settings},   {"optionVars", OptionVars()}};
+    Json json = {{"width", width},       {"height", height},          {"scale", scale},
+                 {"samples", samples},   {"leftDock", leftDock},      {"rightDock", rightDock},
+                 {"hasBegun", hasBegun}, {"folder", folder},          {"recent", recent},
+                 {"settings", settings}, {"optionVars", OptionVars()}};
     std::error_code failed;
     std::filesystem::create_directories(std::filesystem::path(File()).parent_path(), failed);
     std::string error;

@@ -13,6 +13,8 @@ struct Preferences {
     int width = 1360, height = 860;
     /// Of texts and panels; 1 for a usual screen.
     float scale = 1;
+    /// Of the view's pixels; -1: what suits the machine.
+    int samples = -1;
     bool leftDock = true, rightDock = true;
     /// The card of first steps was seen.
     bool hasBegun = false;
@@ -20,7 +22,7 @@ struct Preferences {
     std::vector<std::string> recent;
     std::string folder;
     /// Settings of brushes and display by the node's attributes ("toolSize[8]").
-    std::map<std::string, double> settings;
+    std::map<std::string, double> settings{{"displayMode", 2}};
 
     /// Where they are kept.
     static std::string File();

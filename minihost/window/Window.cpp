@@ -1,6 +1,7 @@
 #include "minihost/window/Window.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <optional>
 
@@ -34,13 +35,21 @@ constexpr EventMask kAround = ButtonPressMask | ButtonReleaseMask | PointerMotio
 constexpr EventMask kOfShell = KeyPressMask | KeyReleaseMask | FocusChangeMask;
 /// The smallest window that is given out.
 constexpr int kLeast = 1;
+constexpr int kUsualSamples = 4;
+
+bool SoftwareDraws() {
+    const auto* renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+    const std::string_view name = renderer ? renderer : "";
+    return std::ranges::any_of(std::array{"llvmpipe", "softpipe", "swrast", "Software"},
+                               [name](const char* part) { return name.find(part) != name.npos; });
+}
 
 }  // namespace
 
 class Window::Impl : public ViewWindow {
   public:
     Impl(const Options& options, Surroundings& surroundings)
-        : camera(options.camera), samples_(options.samples), surroundings_(surroundings) {}
+        : camera(options.camera), samples(options.samples), surroundings_(surroundings) {}
     ~Impl() override {
         if (context_) Host::Get().views.Forget();
     }
@@ -62,10 +71,17 @@ class Window::Impl : public ViewWindow {
     int height() const { return std::max(kLeast, static_cast<int>(AreaSize().height)); }
     bool isDragging() const { return pointer_ && pointer_->isDragging(); }
     void SetTitle(const std::string& title);
+    void SetSamples(int wanted) {
+        samples = wanted;
+        placed_ = false;
+        dirty_ = true;
+    }
     void DrawAll(bool drawView);
 
     std::string camera;
-    bool closing = false, redraw = true;
+    /// A pixel of the view.
+    int samples;
+    bool closing = false, redraw = true, measures = false;
     std::function<void(const FrameTimes&)> onFrame;
 
   private:
@@ -84,7 +100,6 @@ class Window::Impl : public ViewWindow {
     /// Brings the view, its buffer and its pad to where they belong.
     void Arrange();
 
-    int samples_;
     Surroundings& surroundings_;
     std::unique_ptr<XSession> x_;
     Widget shell_ = nullptr, area_ = nullptr, pad_ = nullptr;
@@ -109,8 +124,9 @@ std::string Window::Impl::Open(const Options& options) {
     auto context = x_->MakeContext(XtWindow(area_), error);
     if (!context) return error;
     context_ = context.get();
+    if (samples < 0) samples = SoftwareDraws() ? 0 : kUsualSamples;
     place_ = surroundings_.ViewPlace(width(), height());
-    PictureOptions picture{options.camera, place_.width, place_.height, samples_};
+    PictureOptions picture{options.camera, place_.width, place_.height, samples};
     view_ = Host::Get().views.OpenWindow(std::move(context), *this, picture, error);
     if (!view_) return error;
     pointer_.emplace(*view_, pad_);
@@ -319,7 +335,7 @@ void Window::Impl::Arrange() {
     XtConfigureWidget(pad_, static_cast<short>(place.x), static_cast<short>(place.y),
                       static_cast<unsigned short>(place.width),
                       static_cast<unsigned short>(place.height), 0);
-    if (const std::string why = view_->Resize(place.width, place.height, samples_); !why.empty())
+    if (const std::string why = view_->Resize(place.width, place.height, samples); !why.empty())
         Host::Get().output().Error(why);
 }
 
@@ -349,12 +365,14 @@ void Window::Impl::DrawAll(bool drawView) {
         // What drawing itself brings up to date is shown by it.
         shown_ = SceneRevision();
     }
+    if (measures) glFinish();
     times_.view = Since(start);
     start = Clock::now();
     context_->MakeCurrent();
     view_->Show(place_.x, height() - place_.y - place_.height);
     redraw = false;
     redraw = surroundings_.Draw(width(), height()) || redraw;
+    if (measures) glFinish();
     times_.surroundings = Since(start);
 }
 
@@ -408,6 +426,15 @@ std::string Window::LookThrough(const std::string& camera) {
 }
 const std::string& Window::camera() const {
     return impl_->camera;
+}
+int Window::samples() const {
+    return impl_->samples;
+}
+void Window::SetSamples(int samples) {
+    impl_->SetSamples(samples);
+}
+void Window::Measure() {
+    impl_->measures = true;
 }
 void Window::Touch() {
     impl_->Touch();

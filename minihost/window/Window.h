@@ -18,8 +18,8 @@ class Window {
         std::string title;
         int width = 1280, height = 800;
         std::string camera = "persp";
-        /// A pixel of the view.
-        int samples = 4;
+        /// A pixel of the view; below 0: 4, or one where software draws, which takes it long.
+        int samples = -1;
     };
     /// What a frame took, in seconds.
     struct FrameTimes {
@@ -48,6 +48,8 @@ class Window {
     /// What the view sees, see Views::LookThrough. Empty, or why not.
     std::string LookThrough(const std::string& camera);
     const std::string& camera() const;
+    int samples() const;
+    void SetSamples(int samples);
     /// The view is drawn anew in the next frame; the surroundings alone are.
     void Touch();
     void Redraw();
@@ -59,6 +61,8 @@ class Window {
     /// The pointer is in a drag that began in the view.
     bool isDragging() const;
 
+    /// Stages of frames are measured to their end, which holds up the driver.
+    void Measure();
     /// Is told of each frame, when it is shown.
     std::function<void(const FrameTimes&)> onFrame;
 
