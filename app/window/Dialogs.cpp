@@ -129,7 +129,9 @@ bool Dialogs::DrawUnsaved(Desk& desk) {
     ImGui::Dummy({0, 4});
     const ImVec2 size{120 * desk.look.scale, 0};
     const auto goOn = [&desk] { desk.Later(std::exchange(desk.afterUnsaved, nullptr)); };
-    if (ImGui::Button("Save", size)) {
+    const bool confirmed = !ImGui::IsWindowAppearing() &&
+                           ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Enter), false);
+    if (ImGui::Button("Save", size) || confirmed) {
         if (desk.work.path().empty()) {
             desk.dialog = Kind::SaveAs;  // what was to be done is done after it
             return true;
