@@ -71,6 +71,19 @@ void AddWindow(CLI::App& app, WindowOptions& window) {
                    "write what frames took in the session to this file, as JSON");
 }
 
+CLI::App* AddRecord(CLI::App& app, WindowOptions& record) {
+    CLI::App* command =
+        app.add_subcommand("record", "Sculpt in the window, and keep the strokes as a log.");
+    command->add_option("FILE", record.file, "the mesh (.obj, .ply) to sculpt")->required();
+    command->add_option("--log", record.record, "the stroke log to write at the end")->required();
+    command->footer(
+        "kelmo replay LOG --mesh FILE plays the log back to the same bits. Of a file with several\n"
+        "meshes each has a log: LOG.jsonl, LOG.2.jsonl and so on. What strokes can't tell, such "
+        "as\n"
+        "another mesh brought in, begins the log anew, which is told.");
+    return command;
+}
+
 }  // namespace
 
 int Main(int argc, const char* const* argv) {
@@ -178,6 +191,8 @@ int Main(int argc, const char* const* argv) {
     CLI::App* runCommand = AddRun(app, run);
     RecoverOptions recover;
     CLI::App* recoverCommand = AddRecover(app, recover);
+    WindowOptions record;
+    CLI::App* recordCommand = AddRecord(app, record);
 
     try {
         app.parse(argc, argv);
@@ -192,6 +207,7 @@ int Main(int argc, const char* const* argv) {
         return RunReplay(replay);
     }
     if (recoverCommand->parsed()) return RunRecover(recover);
+    if (recordCommand->parsed()) return RunWindow(record);
     if (runCommand->parsed()) {
         if (!run.script.empty() || run.commands || run.interactive) return RunScript(run);
         Fail("run: name a script, '-' for standard input, -c \"commands\", or --interactive");

@@ -27,8 +27,8 @@ bool WriteOut(minihost::Host& host, const std::string& path, std::string& error)
     const bool obj = path.ends_with(".obj");
     const std::string script =
         obj ? "for ($node in `ls -type KelmoND`) { setAttr ($node + \".commnad\") 91;"
-              "setAttr ($node + \".execute0\") 1;"
-              "setAttr ($node + \".numRenderSubdivLvls\") `getAttr ($node + \".param0\")`; };"
+              "setAttr ($node + \".execute0\") 1; int $level = `getAttr ($node + \".param0\")`;"
+              "setAttr ($node + \".numRenderSubdivLvls\") $level; };"
               "file -exportAll " +
                   ScriptText(path)
             : "file -rename " + ScriptText(path) + "; file -save";

@@ -8,6 +8,7 @@
 
 #include "app/cli/ModuleHost.h"
 #include "minihost/Host.h"
+#include "minihost/base/WholeFile.h"
 #include "minihost/scene/SceneFile.h"
 
 namespace kelmo {
@@ -96,6 +97,22 @@ int SessionKeeper::NumStrokes() const {
     int strokes = 0;
     for (const std::string& node : Nodes()) strokes += std::atoi(Ask("strokes", node).c_str());
     return strokes;
+}
+
+bool SessionKeeper::WriteLogs(const std::string& path, std::string& error) const {
+    for (size_t i = 0; i < record_.journals.size(); ++i) {
+        const auto& journal = record_.journals[i];
+        host_.interpreter.Execute("KelmoJournal -wait " + ScriptText(journal.node));
+        fs::path to = path;
+        if (i > 0)
+            to.replace_filename(
+                fmt::format("{}.{}{}", to.stem().string(), i + 1, to.extension().string()));
+        std::string log;
+        if (!minihost::ReadWholeFile(folder_ / journal.log, log, error) ||
+            !minihost::WriteWholeFile(to, log, error))
+            return false;
+    }
+    return true;
 }
 
 void SessionKeeper::End() {

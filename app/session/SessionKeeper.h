@@ -36,6 +36,9 @@ class SessionKeeper {
     std::string Problem() const;
     /// Strokes in the journals.
     int NumStrokes() const;
+    /// Copies the journals to a file, and for nodes beyond the first to others with ".2" and so on
+    /// before the ending. False with the reason.
+    bool WriteLogs(const std::string& path, std::string& error) const;
     /// Everything is in the person's files, or given up: nothing is kept.
     void End();
 

@@ -8,6 +8,7 @@
 #include "app/window/Look.h"
 #include "app/window/MessageLog.h"
 #include "app/window/Preferences.h"
+#include "app/window/SessionGuard.h"
 #include "app/window/Workspace.h"
 #include "minihost/window/Window.h"
 
@@ -17,6 +18,7 @@ namespace kelmo {
 struct Desk {
     MessageLog log;
     Workspace work;
+    SessionGuard guard{work};
     Look look;
     Preferences preferences;
     FrameStats stats;
@@ -35,6 +37,7 @@ struct Desk {
         About,
         Keys,
         FirstSteps,
+        Recover,
         Log
     };
     Dialog dialog = Dialog::None;

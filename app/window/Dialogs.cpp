@@ -31,6 +31,8 @@ const char* TitleOf(Kind dialog) {
             return "Keys";
         case Kind::FirstSteps:
             return "First steps";
+        case Kind::Recover:
+            return "Bring back what was not saved";
         case Kind::Log:
             return "Messages";
         default:
@@ -152,6 +154,37 @@ bool Dialogs::DrawUnsaved(Desk& desk) {
     return false;
 }
 
+bool Dialogs::DrawRecover(Desk& desk) {
+    ImGui::TextUnformatted("Kelmo ended without being closed. Every stroke was kept.");
+    ImGui::Dummy({0, 4});
+    bool stays = true;
+    if (ImGui::BeginTable("left", 4, ImGuiTableFlags_RowBg | ImGuiTableFlags_SizingFixedFit)) {
+        for (size_t i = 0; i < desk.guard.left().size(); ++i) {
+            const LeftSession& session = desk.guard.left()[i];
+            const std::string& file = session.record.file;
+            ImGui::PushID(static_cast<int>(i));
+            ImGui::TableNextColumn();
+            ImGui::TextUnformatted(file.empty() ? "untitled"
+                                                : std::filesystem::path(file).filename().c_str());
+            if (ImGui::IsItemHovered() && !file.empty()) ImGui::SetTooltip("%s", file.c_str());
+            ImGui::TableNextColumn();
+            ImGui::TextDisabled("%s, %d strokes", session.record.began.c_str(), session.strokes);
+            ImGui::TableNextColumn();
+            const bool confirmed = i == 0 && !ImGui::IsWindowAppearing() &&
+                                   ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Enter), false);
+            if (ImGui::Button("Bring back") || confirmed) {
+                desk.Later([&desk, i] { desk.guard.BringBack(i); });
+                stays = false;
+            }
+            ImGui::TableNextColumn();
+            if (ImGui::Button("Throw away")) desk.Later([&desk, i] { desk.guard.Forget(i); });
+            ImGui::PopID();
+        }
+        ImGui::EndTable();
+    }
+    return Stays(desk, "Later") && stays && !desk.guard.left().empty();
+}
+
 void Dialogs::Begin(Desk& desk) {
     const std::string& folder = desk.preferences.folder;
     const std::string stem = std::filesystem::path(desk.work.name()).stem();
@@ -198,6 +231,8 @@ bool Dialogs::DrawContent(Desk& desk) {
             return DrawKeys(desk);
         case Kind::FirstSteps:
             return DrawFirstSteps(desk);
+        case Kind::Recover:
+            return DrawRecover(desk);
         case Kind::Log:
             return DrawLog(desk);
         default:

@@ -17,6 +17,7 @@ class Dialogs {
     void Begin(Desk& desk);
     bool DrawContent(Desk& desk);
     bool DrawUnsaved(Desk& desk);
+    bool DrawRecover(Desk& desk);
     bool DrawAbout(Desk& desk);
     bool DrawLog(Desk& desk);
 

@@ -76,19 +76,23 @@ bool KelmoWindow::Run(std::string& error) {
     };
     window_->Run();
     WritePreferences();
+    if (!desk_.guard.Finish(options_.record, error)) return false;
     if (options_.timings.empty()) return true;
     error = desk_.stats.Write(options_.timings);
     return error.empty();
 }
 
 void KelmoWindow::Start() {
+    desk_.guard.Begin(!options_.record.empty());
     if (!options_.file.empty() && desk_.work.Open(options_.file)) {
         desk_.preferences.GiveTo(desk_.work.node);
         desk_.preferences.Remember(options_.file);
         desk_.actions.Get("frameAll").run();
     }
     if (!options_.script.empty()) Host::Get().interpreter.ExecuteFile(options_.script);
-    if (options_.file.empty())
+    if (!desk_.guard.left().empty() && options_.screenshot.empty())
+        desk_.dialog = Desk::Dialog::Recover;
+    else if (options_.file.empty())
         desk_.dialog = Desk::Dialog::Open;
     else if (!desk_.preferences.hasBegun && options_.screenshot.empty())
         desk_.dialog = Desk::Dialog::FirstSteps;
@@ -155,8 +159,19 @@ bool KelmoWindow::TakesAll() {
 bool KelmoWindow::Handle(const WindowEvent& event) {
     input_.Tell(event);
     settling_ = kSettling;
-    if (HandleHeld(event)) return true;
-    return event.kind == Kind::KeyDown && HandleKey(event);
+    const bool taken = HandleHeld(event) || (event.kind == Kind::KeyDown && HandleKey(event));
+    FollowLater();
+    return taken;
+}
+
+/// What was done is kept when it is done, and never inside a stroke or within other work.
+void KelmoWindow::FollowLater() {
+    if (following_) return;
+    following_ = true;
+    desk_.Later([this] {
+        following_ = false;
+        if (!window_->isDragging() && !progress_.shown) desk_.guard.Follow();
+    });
 }
 
 bool KelmoWindow::HandleKey(const WindowEvent& event) {
@@ -300,8 +315,8 @@ void KelmoWindow::CloseAsked() {
 }
 
 void KelmoWindow::DisplayLost(const std::string& message) {
-    desk_.work.Close();
-    Fail(message);
+    Fail(message +
+         "\nWhat was done is kept: kelmo offers it when it starts, and so does kelmo recover.");
 }
 
 void KelmoWindow::WritePreferences() {

@@ -21,6 +21,8 @@ struct WindowOptions {
     std::string screenshot;
     /// Runs before the loop; empty for none.
     std::string script;
+    /// Where the strokes of the session go at its end, as a log; empty for nowhere.
+    std::string record;
 };
 
 /// The window in which a person sculpts. The module must be loaded.
@@ -54,6 +56,7 @@ class KelmoWindow : public minihost::Surroundings {
     };
 
     void Start();
+    void FollowLater();
     void ListenToHost();
     void AddProcedures();
     bool HandleKey(const minihost::WindowEvent& event);
@@ -77,7 +80,7 @@ class KelmoWindow : public minihost::Surroundings {
     std::string title_;
     /// Frames that are drawn after something happened, until what follows from it is shown.
     int settling_ = 0, frames_ = 0;
-    bool popupOpen_ = false, closesMenus_ = false, wasDragging_ = false;
+    bool popupOpen_ = false, closesMenus_ = false, wasDragging_ = false, following_ = false;
 };
 
 /// The program's window; the exit code.

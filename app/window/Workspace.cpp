@@ -118,6 +118,14 @@ bool Workspace::Open(const std::string& path) {
     return ready;
 }
 
+bool Workspace::Adopt(const std::string& path, const std::string& source) {
+    path_ = path;
+    source_ = source;
+    const bool ready = Sculpt();
+    MarkDirty();
+    return ready;
+}
+
 bool Workspace::Import(const std::string& path) {
     if (!Read(path)) return false;
     MarkDirty();

@@ -15,6 +15,9 @@ class Workspace {
     /// Empties the scene and opens a file: a scene, or a mesh (OBJ, PLY), which is then ready to
     /// be sculpted.
     bool Open(const std::string& path);
+    /// Takes the scene as it is, which came from elsewhere and is in no file as it is: it belongs
+    /// to the scene file `path`, or was made from the mesh file `source`; both may be empty.
+    bool Adopt(const std::string& path, const std::string& source);
     /// Adds the meshes of a file.
     bool Import(const std::string& path);
     /// Writes the scene to its file. False without a name: see SaveAs.
