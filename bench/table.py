@@ -356,6 +356,20 @@ def host_frames(runs):
         )
 
 
+def tool(runs):
+    rows = [
+        [size(a[0]), f"{a[2]:,}"]
+        + [number(runs.median("ToolStroke", a, f"{part}_us")) for part in ("hover", "press", "move", "release", "undo")]
+        for a in runs.arguments("ToolStroke")
+    ]
+    if rows:
+        yield section(
+            "The sculpt tool, from the pointer's event through the host to the evaluated surface; µs",
+            "ToolStroke",
+            table(["triangles", "vertices under the brush", "hover", "press", "move", "release", "undo"], rows),
+        )
+
+
 def recalculation(runs):
     rows = [
         [number(runs.median("BM_Recalculate", a, "vertices")), size(a[0]), str(a[2]),
@@ -526,7 +540,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, recalculation, display, graph, scenes, scripts]
+        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, tool, recalculation, display, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:
