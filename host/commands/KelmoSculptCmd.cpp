@@ -3,6 +3,7 @@
 #include <maya/MArgDatabase.h>
 #include <maya/MGlobal.h>
 
+#include <algorithm>
 #include <iterator>
 
 #include "host/commands/EditCommand.h"
@@ -44,6 +45,12 @@ bool IsToolOn() {
            "KelmoToolContext";
 }
 
+/// A mesh that nobody has sculpted yet.
+bool SelectsFreshMesh() {
+    return std::ranges::any_of(SelectedShapes(),
+                               [](const MObject& shape) { return !HasKelmoConnected(shape); });
+}
+
 int LevelCount(const MObject& node) {
     BringUpToDate(node);
     NodeProtocol protocol(node);
@@ -76,7 +83,7 @@ MStatus KelmoSculptCmd::Do(const MArgList& words) {
     unsigned mode = 0;
     parsed.getFlagArgument("mode", 0, mode);
     if (given && mode >= std::size(kModes)) return MS::kSuccess;
-    if (!IsToolOn()) CHECK_MSTATUS_AND_RETURN_IT(TakeTool());
+    if (!IsToolOn() || SelectsFreshMesh()) CHECK_MSTATUS_AND_RETURN_IT(TakeTool());
     return given ? SetMode(mode) : MS::kSuccess;
 }
 
@@ -92,6 +99,10 @@ MStatus KelmoSculptCmd::TakeTool() {
     if (!FindWorkingKelmoNode(node, shape)) {
         MGlobal::displayWarning("KelmoSculptCmd: can not find kelmo connected");
         return MS::kFailure;
+    }
+    if (KelmoToolContext* tool = KelmoToolContext::GetActiveContext()) {
+        tool->FollowSelection();
+        return MS::kSuccess;
     }
     const MString name = KelmoToolContext::ctxName;
     return MGlobal::executeCommand("if (!`KelmoToolContext -exists " + name +

@@ -111,6 +111,7 @@ void KelmoToolContext::toolOffCleanup() {
     MMessage::removeCallback(onSelection_);
     LeaveNode();
     dragging_ = resizing_ = resizeKey_ = false;
+    SetModifiers(false, false, false);
     resizeStencil = rotateStencil = reopacStencil = trackStencil = trackRefImage = false;
     m_activeContext = nullptr;
     MGlobal::executeCommand("selectMode -object");
@@ -132,7 +133,6 @@ void KelmoToolContext::DeleteLocators() {
     dagMod_ = std::make_unique<MDagModifier>();
 }
 
-/// The tool goes to the node that is selected. What leads to none leaves it where it is.
 void KelmoToolContext::FollowSelection() {
     MObject found, shape;
     if (dragging_ || following_ || !FindWorkingKelmoNode(found, shape)) return;

@@ -32,6 +32,8 @@ class KelmoToolContext : public MPxContext, public PointerListener {
     KelmoToolContext();
     ~KelmoToolContext() override;
 
+    /// The brush that copies textures from a source.
+    static constexpr int kCloneMode = 18;
     /// The tool that is on; null without one.
     static KelmoToolContext* GetActiveContext() { return m_activeContext; }
     /// The name under which the interface makes it.
@@ -51,6 +53,9 @@ class KelmoToolContext : public MPxContext, public PointerListener {
     void onMouseLeave() override;
     /// The curve of the brush may have been edited: what shows it follows.
     void BeforeMove() override;
+
+    /// The tool goes to the node that is selected. What leads to none leaves it where it is.
+    void FollowSelection();
 
     /// The node that is sculpted, or the current one while the tool is off; null where there is
     /// none.
@@ -83,7 +88,6 @@ class KelmoToolContext : public MPxContext, public PointerListener {
     void LeaveNode();
     void MakeLocator();
     void DeleteLocators();
-    void FollowSelection();
     void LoadTablet();
 
     // The stroke.

@@ -18,8 +18,6 @@ namespace {
 
 using N = NodeAttributes;
 
-constexpr int kCloneMode = 18;
-
 /// Where a node further on moves the whole object. False where there is none.
 bool HasTransfromGeometryNodeConnected(const MLNode& node, MMatrix& matrix) {
     for (const MPlug& input : GeometryBelow(node.outputPlug())) {
@@ -80,6 +78,8 @@ void KelmoToolContext::onMouseLeave() {
 void KelmoToolContext::ShowMarks(short x, short y) {
     using L = KelmoToolLocator;
     const int mode = brushMode();
+    SetGlobMode(mode);
+    SetBrushShape(brushLocator_, mode);
     L::smallCross = mode == kCloneMode;
     L::smallCross2 = LiesOnSurface(mode);
     if (L::smallCross) {

@@ -18,7 +18,6 @@ namespace {
 
 using N = NodeAttributes;
 
-constexpr int kCloneMode = 18;
 constexpr double kSmallestSize = 0.0001;
 /// What a pixel is worth of a stencil's size and opacity.
 constexpr double kStencilSizeStep = 0.001, kStencilOpacityStep = 0.01;

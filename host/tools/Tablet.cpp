@@ -22,7 +22,7 @@ constexpr int kPressureAxis = 2;
 constexpr float kLeastPressure = 0.001f;
 
 struct {
-    Display* display = nullptr;
+    Display *display = nullptr, *selecting = nullptr;
     XDevice* device = nullptr;
     int motionType = 0;
     XEventClass motionClass = 0;
@@ -107,8 +107,10 @@ bool Tablet_Load() {
     if (tablet.failed) return false;
     tablet.display = display;
     DeviceMotionNotify(tablet.device, tablet.motionType, tablet.motionClass);
-    XtRegisterExtensionSelector(display, tablet.motionType, tablet.motionType, selectEvents,
-                                nullptr);
+    // Once for a display: Xt takes a second one for a mistake.
+    if (std::exchange(tablet.selecting, display) != display)
+        XtRegisterExtensionSelector(display, tablet.motionType, tablet.motionType, selectEvents,
+                                    nullptr);
     tablet.formerDispatch = XtSetEventDispatcher(display, tablet.motionType, dispatchEvent);
     return true;
 }
@@ -138,13 +140,13 @@ bool GetTabletPrefChanged() {
 }
 
 void Tablet_AddEventHandler(_WidgetRec* widget) {
-    if (!Tablet_Loaded()) return;
+    if (!Tablet_Loaded() || XtDisplay(widget) != tablet.display) return;
     XtInsertEventTypeHandler(widget, tablet.motionType, &tablet.motionClass, eventHandler, nullptr,
                              XtListTail);
 }
 
 void Tablet_RemoveEventHandler(_WidgetRec* widget) {
-    if (!Tablet_Loaded()) return;
+    if (!Tablet_Loaded() || XtDisplay(widget) != tablet.display) return;
     XtRemoveEventTypeHandler(widget, tablet.motionType, &tablet.motionClass, eventHandler, nullptr);
 }
 

@@ -22,8 +22,7 @@ constexpr EventMask kKeyEvents = KeyPressMask | KeyReleaseMask;
 bool altPressed = false;
 
 void TakeModifiers(unsigned state) {
-    SetModifiers(state & ShiftMask, state & ControlMask);
-    altPressed = state & Mod1Mask;
+    SetModifiers(state & ShiftMask, state & ControlMask, state & Mod1Mask);
 }
 
 /// Motion and leaving, where y counts downward.
@@ -85,8 +84,7 @@ void KeyHandler(Widget widget, XtPointer, XEvent* event, Boolean* goOn) {
         default:
             return;
     }
-    SetModifiers(shift, ctrl);
-    altPressed = alt;
+    SetModifiers(shift, ctrl, alt);
     M3dView view;
     if (FindView(widget, view)) view.refresh(false, false);
 }
@@ -97,9 +95,10 @@ bool IsAltOptionKeyPressed() {
     return altPressed;
 }
 
-void SetModifiers(bool shift, bool ctrl) {
+void SetModifiers(bool shift, bool ctrl, bool alt) {
     SetShiftPressed(shift);
     SetCtrlPressed(ctrl);
+    altPressed = alt;
 }
 
 void ToolEvents::Add(PointerListener& tool) {

@@ -27,7 +27,7 @@ class ToolEvents {
 
 /// The Alt key, as the last event told it.
 bool IsAltOptionKeyPressed();
-/// What a press or drag says of the keys.
-void SetModifiers(bool shift, bool ctrl);
+/// What an event says of the keys.
+void SetModifiers(bool shift, bool ctrl, bool alt = false);
 
 }  // namespace VantrelSDK

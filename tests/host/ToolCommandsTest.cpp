@@ -67,13 +67,18 @@ TEST_F(ToolCommandsTest, SculptNeedsAMeshAndMakesItsNode) {
     EXPECT_EQ(Count("KelmoND"), 2);
     EXPECT_EQ(Run("currentCtx"), "KelmoToolContext1");
     EXPECT_EQ(Run("ls -selection"), "fresh");
+    // The tool that is on goes on to another.
+    Must("polySphere -radius 4 -name another; select another; KelmoSculpt -mode 1");
+    EXPECT_EQ(Count("KelmoND"), 3);
+    EXPECT_EQ(Run("size(`listRelatives -shapes another`)"), "2");
+    EXPECT_EQ(Run("size(`listRelatives -shapes fresh`)"), "1");
     LeaveTool();
     std::ofstream(folder / "bare.obj") << "v 0 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\nf 1 2 3\nf 1 3 4\n";
     Must("file -import \"" + (folder / "bare.obj").string() + "\"");
     Must("string $bare[] = `ls -type mesh`; select $bare[size($bare) - 1]");
     EXPECT_THAT(Run("KelmoSculpt"), StartsWith("error"));
     EXPECT_TRUE(told.Has("Vantrel: Can not create Kelmo Node - no UV set is present"));
-    EXPECT_EQ(Count("KelmoND"), 2);
+    EXPECT_EQ(Count("KelmoND"), 3);
 }
 
 TEST_F(ToolCommandsTest, SeveralMeshesNeedTheSameLevels) {
