@@ -119,7 +119,9 @@ bool FileDialog::Draw(Desk& desk) {
     ImGui::EndChild();
     if (ImGui::IsWindowAppearing()) ImGui::SetKeyboardFocusHere();
     ImGui::SetNextItemWidth(560 * scale);
-    if (ImGui::InputText("##name", &name_, ImGuiInputTextFlags_EnterReturnsTrue)) picked = true;
+    if (ImGui::InputText("##name", &name_,
+                         ImGuiInputTextFlags_EnterReturnsTrue | ImGuiInputTextFlags_AutoSelectAll))
+        picked = true;
     if (ImGui::IsItemEdited()) overwrites_ = false;
     if (!problem_.empty()) {
         ImGui::PushStyleColor(ImGuiCol_Text, Look::kWarning);

@@ -14,6 +14,7 @@
 #include "app/cli/Commands.h"
 #include "app/window/Brushes.h"
 #include "minihost/command/builtins/Builtins.h"
+#include "minihost/graph/Attribute.h"
 #include "minihost/image/ImageFile.h"
 
 namespace kelmo {
@@ -108,6 +109,13 @@ void KelmoWindow::ListenToHost() {
                 window_->Redraw();
             });
         });
+    // A stroke begins when something is connected to a node's brush.
+    Host::Get().listeners.Add({"ConnectionMade", ""}, [this](const void* what) {
+        const auto& [from, to] =
+            *static_cast<const std::pair<minihost::Plug, minihost::Plug>*>(what);
+        const minihost::Slot* slot = to.Find();
+        if (slot && slot->attribute->Matches("brush")) desk_.work.MarkDirty();
+    });
 }
 
 void KelmoWindow::AddProcedures() {
@@ -280,10 +288,6 @@ bool KelmoWindow::Draw(int width, int height) {
     before = now;
     desk_.preferences.width = width;
     desk_.preferences.height = height;
-    // A stroke is work that is not saved yet.
-    const bool dragging = window_->isDragging();
-    if (wasDragging_ && !dragging) desk_.work.MarkDirty();
-    wasDragging_ = dragging && Host::Get().tools.current() != minihost::Tools::kSelect;
     if (input_.Feed()) settling_ = kSettling;
     ImGui_ImplOpenGL2_NewFrame();
     ImGui::NewFrame();

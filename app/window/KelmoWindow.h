@@ -80,7 +80,7 @@ class KelmoWindow : public minihost::Surroundings {
     std::string title_;
     /// Frames that are drawn after something happened, until what follows from it is shown.
     int settling_ = 0, frames_ = 0;
-    bool popupOpen_ = false, closesMenus_ = false, wasDragging_ = false, following_ = false;
+    bool popupOpen_ = false, closesMenus_ = false, following_ = false;
 };
 
 /// The program's window; the exit code.

@@ -170,6 +170,8 @@ void NodeEvaluation::ConnectionBroken(const MPlug& plug, const MPlug& other, boo
         } catch (const std::exception&) {
             Log("!!! exception in FinishTransform !!!");
         }
+        // What no frame has shown of the stroke, no step tells any more.
+        node_.displyDirtied = true;
         PassSurface();
         UseStencil();
     } else if (name == "it") {

@@ -24,7 +24,8 @@ short Pixel(int at) {
 
 }  // namespace
 
-ViewPointer::ViewPointer(View& view, _WidgetRec* widget) : view_(view), widget_(widget) {
+ViewPointer::ViewPointer(View& view, _WidgetRec* widget, std::function<bool()> busy)
+    : view_(view), widget_(widget), busy_(std::move(busy)) {
     XtAddEventHandler(widget, kMask, False, Handle, this);
 }
 
@@ -68,7 +69,7 @@ void ViewPointer::Hover(const XEvent& press) {
 
 void ViewPointer::Press(const XEvent& event) {
     const XButtonEvent& press = event.xbutton;
-    if (drag_ != Drag::Nothing) return;
+    if (drag_ != Drag::Nothing || busy_()) return;
     if (press.button == Button4 || press.button == Button5) {
         Camera(*view_.camera()).Dolly(press.button == Button4 ? kWheelShare : 1 / kWheelShare);
         return;

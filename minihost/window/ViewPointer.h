@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "maya/MEvent.h"
@@ -17,7 +18,8 @@ class View;
 /// always.
 class ViewPointer {
   public:
-    ViewPointer(View& view, _WidgetRec* widget);
+    /// While `busy` answers true, no drag begins.
+    ViewPointer(View& view, _WidgetRec* widget, std::function<bool()> busy);
     ViewPointer(const ViewPointer&) = delete;
     ViewPointer& operator=(const ViewPointer&) = delete;
 
@@ -40,6 +42,7 @@ class ViewPointer {
 
     View& view_;
     _WidgetRec* widget_;
+    std::function<bool()> busy_;
     Drag drag_ = Drag::Nothing;
     unsigned button_ = 1;
     /// The tool that a drag belongs to.

@@ -32,6 +32,8 @@ double Since(Clock::time_point start) {
 constexpr EventMask kAround = ButtonPressMask | ButtonReleaseMask | PointerMotionMask |
                               EnterWindowMask | LeaveWindowMask | ExposureMask |
                               StructureNotifyMask;
+constexpr EventMask kOverView =
+    ButtonPressMask | ButtonReleaseMask | PointerMotionMask | EnterWindowMask | LeaveWindowMask;
 constexpr EventMask kOfShell = KeyPressMask | KeyReleaseMask | FocusChangeMask;
 /// The smallest window that is given out.
 constexpr int kLeast = 1;
@@ -109,7 +111,8 @@ class Window::Impl : public ViewWindow {
     std::optional<ViewPointer> pointer_;
     std::optional<KeyText> keys_;
     WindowPlace place_, size_;
-    bool padIsMapped_ = true, placed_ = false, dirty_ = true, drawing_ = false;
+    bool padIsMapped_ = true, placed_ = false, dirty_ = true, drawing_ = false,
+         takenFromView_ = false;
     std::uint64_t shown_ = 0;
     FrameTimes times_;
 };
@@ -129,9 +132,8 @@ std::string Window::Impl::Open(const Options& options) {
     PictureOptions picture{options.camera, place_.width, place_.height, samples};
     view_ = Host::Get().views.OpenWindow(std::move(context), *this, picture, error);
     if (!view_) return error;
-    pointer_.emplace(*view_, pad_);
-    XtAddEventHandler(pad_, EnterWindowMask | LeaveWindowMask | PointerMotionMask, False, InView,
-                      this);
+    pointer_.emplace(*view_, pad_, [this] { return surroundings_.TakesAll(); });
+    XtAddEventHandler(pad_, kOverView, False, InView, this);
     return {};
 }
 
@@ -191,7 +193,16 @@ void Window::Impl::Around(Widget, XtPointer self, XEvent* event, Boolean*) {
 }
 
 void Window::Impl::InView(Widget, XtPointer self, XEvent* event, Boolean*) {
-    static_cast<Impl*>(self)->Handle(*event, true);
+    auto& impl = *static_cast<Impl*>(self);
+    // A press that came before the pad was gone is for the surroundings all the same.
+    bool& taken = impl.takenFromView_;
+    if (event->type == ButtonPress) {
+        if (impl.isDragging() || !impl.surroundings_.TakesAll()) return;
+        taken = true;
+    } else if (event->type == ButtonRelease && !std::exchange(taken, false)) {
+        return;
+    }
+    impl.Handle(*event, true);
 }
 
 void Window::Impl::Handle(const XEvent& event, bool inView) {

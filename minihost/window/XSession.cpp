@@ -1,6 +1,7 @@
 #include "minihost/window/XSession.h"
 
 #include <X11/StringDefs.h>
+#include <X11/XKBlib.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -64,7 +65,10 @@ std::unique_ptr<XSession> XSession::Open(std::string& error) {
         return nullptr;
     }
     Display* display = session->display_;
+    XkbSetDetectableAutoRepeat(display, True, nullptr);
     XSetErrorHandler(TellOfError);
+    // What there is to say is said by the handler that ends the process.
+    XSetIOErrorHandler([](Display*) { return 0; });
     XSetIOErrorExitHandler(display, Lost, session.get());
     int ignored = 0;
     const int wanted[] = {GLX_RENDER_TYPE,

@@ -38,6 +38,8 @@ class WindowFixture : public testing::Test {
         XSetErrorHandler([](Display*, XErrorEvent*) { return 0; });
         std::filesystem::create_directories(folder_ / "config/kelmo");
         WritePreferences();
+        // Beside it is where dialogs begin.
+        std::filesystem::copy_file(kExamples + "/head.obj", head_);
     }
     void TearDown() override {
         if (pid_ > 0) {
@@ -84,10 +86,10 @@ class WindowFixture : public testing::Test {
         long before = -1;
         int quiet = 0;
         Until([&] {
-            const auto [state, ticks] = Usage();
-            quiet = state == 'S' && ticks == before ? quiet + 1 : 0;
+            const auto [sleeps, ticks] = Usage();
+            quiet = sleeps && ticks == before ? quiet + 1 : 0;
             before = ticks;
-            return quiet >= 6 || !IsRunning();
+            return quiet >= 8 || !IsRunning();
         });
     }
     void To(int x, int y) { XTestFakeMotionEvent(x_, 0, x, y, 0); }
@@ -111,7 +113,8 @@ class WindowFixture : public testing::Test {
     void Drag(int x0, int y0, int x1, int y1, unsigned button = 1, int points = 30) {
         To(x0, y0);
         Button(button, true);
-        for (int i = 1; i <= points; ++i) To(x0 + (x1 - x0) * i / points, y0 + (y1 - y0) * i / points);
+        for (int i = 1; i <= points; ++i)
+            To(x0 + (x1 - x0) * i / points, y0 + (y1 - y0) * i / points);
         Button(button, false);
         Rest();
     }
@@ -127,8 +130,8 @@ class WindowFixture : public testing::Test {
         Rest();
         VantrelSDK::PolyMesh mesh;
         VantrelSDK::FileError error;
-        EXPECT_TRUE(VantrelSDK::ReadMesh(folder_ / name, mesh, error))
-            << error.Text() << "\n" << Read(folder_ / "err");
+        EXPECT_TRUE(VantrelSDK::ReadMesh(folder_ / name, mesh, error)) << error.Text() << "\n"
+                                                                       << Read(folder_ / "err");
         return mesh;
     }
     /// What the view shows while the pointer is out of it.
@@ -171,6 +174,7 @@ class WindowFixture : public testing::Test {
 
     TestDisplay display_;
     Folder folder_;
+    const std::string head_ = folder_ / "head.obj";
     Display* x_ = nullptr;
     Window window_ = 0;
     pid_t pid_ = -1;
@@ -190,18 +194,26 @@ class WindowFixture : public testing::Test {
         if (children) XFree(children);
         return found;
     }
-    /// What the process is at, and the processor's time that it has used.
-    std::pair<char, long> Usage() {
-        const std::string text = Read("/proc/" + std::to_string(pid_) + "/stat");
-        const size_t behind = text.rfind(')');
-        if (behind == text.npos) return {'X', 0};
-        std::istringstream fields(text.substr(behind + 2));
-        std::string state, field;
-        long user = 0, system = 0;
-        fields >> state;
-        for (int i = 4; i <= 13; ++i) fields >> field;
-        fields >> user >> system;
-        return {state[0], user + system};
+    /// Whether none of its threads wants the processor, and the time that they had of it.
+    std::pair<bool, long> Usage() {
+        bool sleeps = true;
+        long ticks = 0;
+        std::error_code gone;
+        for (const auto& task :
+             std::filesystem::directory_iterator("/proc/" + std::to_string(pid_) + "/task", gone)) {
+            const std::string text = Read(task.path() / "stat");
+            const size_t behind = text.rfind(')');
+            if (behind == text.npos) continue;
+            std::istringstream fields(text.substr(behind + 2));
+            std::string state, field;
+            long user = 0, system = 0;
+            fields >> state;
+            for (int i = 4; i <= 13; ++i) fields >> field;
+            fields >> user >> system;
+            sleeps = sleeps && state == "S";
+            ticks += user + system;
+        }
+        return {sleeps, ticks};
     }
 
     int code_ = -1, exports_ = 0;
