@@ -48,11 +48,13 @@ class ToolTest : public ToolFixture {
         MDagPath camera;
         view.getCamera(camera);
         const MMatrix seen = camera.inclusiveMatrix();
-        const MVector right(seen(0, 0), seen(0, 1), seen(0, 2));
+        // The view's horizontal, across the ray.
+        const MVector right(seen(0, 0), seen(0, 1), seen(0, 2)),
+            down = (dir ^ right).normal(), across = (dir.normal() ^ down).normal();
         const MPoint start(press.pos.x, press.pos.y, press.pos.z);
         press.dir = Single(MPoint(dir));
-        press.orth = Single(MPoint(right));
-        press.radius = static_cast<float>(start.distanceTo(start + right * radius));
+        press.orth = Single(MPoint(-across));
+        press.radius = static_cast<float>(start.distanceTo(start + across * radius));
         press.normal = Normal();
         press.screen = Screen();
         return press;
@@ -108,6 +110,22 @@ TEST_F(ToolTest, AStrokeIsTheReplayOfItsLogBitForBit) {
         EXPECT_EQ(Surface(), before);
         LeaveTool();
     }
+}
+
+/// The same where rays spread from the eye.
+TEST_F(ToolTest, InAPerspectiveViewToo) {
+    Look("persp", 500, 400);
+    TakeTool();
+    std::vector<StrokeOp> log;
+    for (const int curve : {1, 2}) log.push_back(FalloffOp{curve, {{0, 1}, {1, 0}}});
+    for (const int mode : {8, 0, 1, 3, 15}) {
+        const auto stroke =
+            LoggedStroke(mode, {{230, 190}, {236, 195}, {250, 200}, {490, 210}, {270, 230}});
+        log.insert(log.end(), stroke.begin(), stroke.end());
+    }
+    const std::vector<float> sculpted = Surface(), wanted = Replayed(kHead, log, 0);
+    ASSERT_EQ(sculpted.size(), wanted.size());
+    for (size_t i = 0; i < wanted.size(); ++i) ASSERT_EQ(sculpted[i], wanted[i]) << i;
 }
 
 TEST_F(ToolTest, TheBrushLiesWhereThePointerIs) {
@@ -264,6 +282,16 @@ TEST_F(ToolTest, AStrokeEndsWithTheToolOrIsTakenBack) {
     EXPECT_EQ(Count("KelmoSurface"), 0);
     TakeTool();
     EXPECT_NE(Surface(), before);
+}
+
+TEST_F(ToolTest, ASessionThatAScriptClosedOpensWithThePress) {
+    TakeTool();
+    Do(1);
+    EXPECT_EQ(Count("KelmoSurface"), 0);
+    EXPECT_TRUE(Press(200, 150));
+    EXPECT_EQ(Count("KelmoSurface"), 1);
+    EXPECT_TRUE(InStroke());
+    Release(200, 150);
 }
 
 TEST_F(ToolTest, WithNoNodeItWaitsForOne) {
