@@ -188,8 +188,12 @@ void Actions::AddEdit(Desk& desk) {
             });
         };
     };
+    // What is selected and hidden is seen while the surface is sculpted.
     const auto change = [&desk](int command) {
-        return [&desk, command] { Change(desk, command); };
+        return [&desk, command] {
+            if (IsSelecting()) desk.Later([&desk] { desk.work.Sculpt(); });
+            Change(desk, command);
+        };
     };
     Add({"undo", "Edit", "Undo", "Ctrl+Z", "Takes back the last stroke.", script("undo"), {}, ""});
     Add({"redo",

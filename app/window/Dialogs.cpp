@@ -120,10 +120,7 @@ bool Dialogs::DrawAbout(Desk& desk) {
     ImGui::TextUnformatted(desk.about.c_str());
     ImGui::PopFont();
     ImGui::EndChild();
-    const bool copies = ImGui::Button("Copy", {120 * desk.look.scale, 0});
-    if (copies) ImGui::SetClipboardText(desk.about.c_str());
-    ImGui::SameLine();
-    return !ImGui::Button("Close", {120 * desk.look.scale, 0});
+    return Stays(desk, "Close");
 }
 
 bool Dialogs::DrawUnsaved(Desk& desk) {

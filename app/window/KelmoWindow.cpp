@@ -85,17 +85,16 @@ bool KelmoWindow::Run(std::string& error) {
 
 void KelmoWindow::Start() {
     desk_.guard.Begin(!options_.record.empty());
+    desk_.work.made = [this](SculptNode& node) { desk_.preferences.GiveTo(node); };
     if (!options_.file.empty() && desk_.work.Open(options_.file)) {
-        desk_.preferences.GiveTo(desk_.work.node);
         desk_.preferences.Remember(options_.file);
         desk_.actions.Get("frameAll").run();
     }
-    if (!options_.script.empty()) Host::Get().interpreter.ExecuteFile(options_.script);
-    if (!desk_.guard.left().empty() && options_.screenshot.empty())
+    if (!desk_.guard.left().empty())
         desk_.dialog = Desk::Dialog::Recover;
     else if (options_.file.empty())
         desk_.dialog = Desk::Dialog::Open;
-    else if (!desk_.preferences.hasBegun && options_.screenshot.empty())
+    else if (!desk_.preferences.hasBegun)
         desk_.dialog = Desk::Dialog::FirstSteps;
     settling_ = kSettling;
     window_->Redraw();
@@ -302,7 +301,6 @@ bool KelmoWindow::Draw(int width, int height) {
     ImGui::Render();
     ImGui_ImplOpenGL2_RenderDrawData(ImGui::GetDrawData());
     UpdateTitle();
-    ++frames_;
     return --settling_ > 0;
 }
 

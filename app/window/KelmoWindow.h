@@ -17,10 +17,6 @@ struct WindowOptions {
     std::string file;
     /// Where the timings of the session go at its end; empty for nowhere.
     std::string timings;
-    /// A picture of the window is written there when it has settled, and the program ends.
-    std::string screenshot;
-    /// Runs before the loop; empty for none.
-    std::string script;
     /// Where the strokes of the session go at its end, as a log; empty for nowhere.
     std::string record;
 };
@@ -79,7 +75,7 @@ class KelmoWindow : public minihost::Surroundings {
     Progress progress_;
     std::string title_;
     /// Frames that are drawn after something happened, until what follows from it is shown.
-    int settling_ = 0, frames_ = 0;
+    int settling_ = 0;
     bool popupOpen_ = false, closesMenus_ = false, following_ = false;
 };
 

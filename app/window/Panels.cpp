@@ -337,15 +337,9 @@ void DrawSelection(Desk& desk) {
 
 void DrawMeshes(Desk& desk) {
     Heading(desk, "Meshes");
-    for (const auto& node : SculptNode::All()) {
-        const std::string mesh = SculptNode::MeshOf(*node);
-        if (mesh.empty()) continue;
+    for (const std::string& mesh : SculptNode::Meshes()) {
         if (ImGui::Selectable((mesh + "##mesh").c_str(), mesh == desk.work.node.mesh()))
-            desk.Later([&desk, mesh] {
-                RunScript("select " + mesh, false);
-                desk.work.node.Find();
-                desk.work.Sculpt();
-            });
+            desk.Later([&desk, mesh] { desk.work.Sculpt(mesh); });
         Tip("Sculpts this mesh.");
     }
 }

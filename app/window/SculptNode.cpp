@@ -28,6 +28,15 @@ DagNode* FedBy(Node& node) {
     return nullptr;
 }
 
+std::vector<NodePtr> All() {
+    return Host::Get().scene.NodesOfType(kType);
+}
+
+std::string MeshOf(Node& node) {
+    const DagNode* mesh = FedBy(node);
+    return mesh && mesh->parent() ? mesh->parent()->UniqueName() : "";
+}
+
 bool IsSelected(Node& node) {
     const DagNode* mesh = FedBy(node);
     return std::ranges::any_of(Host::Get().scene.selection, [&](const auto& item) {
@@ -58,13 +67,20 @@ std::string Quoted(const std::string& text) {
     return quoted + "\"";
 }
 
-std::vector<NodePtr> SculptNode::All() {
-    return Host::Get().scene.NodesOfType(kType);
+std::vector<std::string> SculptNode::Meshes() {
+    std::vector<std::string> names;
+    for (const NodePtr& node : Host::Get().scene.NodesOfType("mesh")) {
+        auto* mesh = dynamic_cast<DagNode*>(node.get());
+        const minihost::Slot* before = node->FindSlot("intermediateObject");
+        if (mesh && mesh->parent() && !(before && NumberOf(before->value) != 0))
+            names.push_back(mesh->parent()->UniqueName());
+    }
+    return names;
 }
 
-std::string SculptNode::MeshOf(Node& node) {
-    DagNode* mesh = FedBy(node);
-    return mesh && mesh->parent() ? mesh->parent()->UniqueName() : "";
+bool SculptNode::Has(const std::string& mesh) {
+    return std::ranges::any_of(All(),
+                               [&mesh](const NodePtr& node) { return MeshOf(*node) == mesh; });
 }
 
 void SculptNode::Find() {

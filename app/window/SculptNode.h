@@ -23,9 +23,10 @@ class SculptNode {
     std::string name() const { return exists() ? node_->UniqueName() : ""; }
     /// The transform of its mesh; empty without one.
     std::string mesh() const;
-    /// All such nodes of the scene.
-    static std::vector<minihost::NodePtr> All();
-    static std::string MeshOf(minihost::Node& node);
+    /// The transforms of all meshes that are seen, or whose surface is while it is sculpted.
+    static std::vector<std::string> Meshes();
+    /// Whether a mesh has such a node.
+    static bool Has(const std::string& mesh);
 
     /// A setting; element `index` of those that are arrays. 0 for what is not there.
     double Get(const char* attribute, int index = -1) const;

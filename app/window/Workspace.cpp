@@ -91,6 +91,8 @@ bool Workspace::Read(const std::string& path) {
     bool good = false;
     const char* how = IsScene(path) ? "-open" : "-import";
     RunScript(fmt::format("file {} {}", how, Quoted(path)), false, &good);
+    // What nodes do at a new time, which takes the tool away.
+    Host::Get().idle.Flush();
     return good;
 }
 
@@ -127,9 +129,10 @@ bool Workspace::Adopt(const std::string& path, const std::string& source) {
 }
 
 bool Workspace::Import(const std::string& path) {
-    if (!Read(path)) return false;
-    MarkDirty();
-    return true;
+    const bool read = Read(path);
+    if (read) MarkDirty();
+    Sculpt();
+    return read;
 }
 
 bool Workspace::Save() {
@@ -189,24 +192,26 @@ bool Workspace::SelectMesh() {
 
 bool Workspace::Sculpt() {
     const bool was = dirty_;
-    node.Find();
-    if (!node.isSculpting() ||
-        Host::Get().tools.ClassOf(Host::Get().tools.current()) != "KelmoToolContext") {
-        if (!node.exists() || !node.isSculpting())
-            if (!SelectMesh()) return Fails("there is no mesh to sculpt: open or import one");
-        if (Host::Get().commands.Find("KelmoSculpt"))
-            RunScript("KelmoSculpt -mode 1", false);
-        else
-            RunScript(
-                "if (size(`ls -type KelmoND`) == 0) Kelmo -create; if (!`KelmoToolContext -exists "
-                "KelmoToolContext1`) KelmoToolContext KelmoToolContext1; setToolTo "
-                "KelmoToolContext1; KelmoToolContext -e -bm 8 KelmoToolContext1;",
-                false);
+    Host& host = Host::Get();
+    if (host.tools.ClassOf(host.tools.current()) != "KelmoToolContext") {
+        if (!SelectMesh()) return Fails("there is no mesh to sculpt: open or import one");
+        const size_t before = host.scene.NodesOfType("KelmoND").size();
+        RunScript("KelmoSculpt -mode 1", false);
+        node.Find();
+        if (made && host.scene.NodesOfType("KelmoND").size() > before) made(node);
     }
     node.Find();
     node.ReadLevels();
     dirty_ = was;
     return node.exists();
+}
+
+bool Workspace::Sculpt(const std::string& mesh) {
+    // The tool follows what is selected to a mesh that has a node; another one gets its node when
+    // the tool is taken up.
+    if (!SculptNode::Has(mesh)) RunScript("setToolTo selectSuperContext", false);
+    RunScript("select " + mesh, false);
+    return Sculpt();
 }
 
 }  // namespace kelmo

@@ -40,10 +40,14 @@ class Workspace {
 
     /// Puts the sculpt tool on, geometry under the brush, with a node over the selected mesh.
     bool Sculpt();
+    /// The same for one of several meshes.
+    bool Sculpt(const std::string& mesh);
 
     /// Who keeps a journal is told of these. `opened` and `saved` with the path.
     std::function<void(const std::string&)> opened, saved;
     std::function<void()> closing;
+    /// Is told of a node that was made for a mesh.
+    std::function<void(SculptNode&)> made;
 
     SculptNode node;
 

@@ -159,6 +159,7 @@ class WindowFixture : public testing::Test {
     }
     /// The exit code, when the program has ended by itself.
     int Ended() {
+        if (!lost_) XSync(x_, False);
         Until([this] { return !IsRunning(); });
         return code_;
     }
