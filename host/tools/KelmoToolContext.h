@@ -51,6 +51,7 @@ class KelmoToolContext : public MPxContext, public PointerListener {
 
     void onMouseMove(M3dView& view, short x, short y) override;
     void onMouseLeave() override;
+    void onCancel() override { abortAction(); }
     /// The curve of the brush may have been edited: what shows it follows.
     void BeforeMove() override;
 

@@ -12,6 +12,8 @@ class PointerListener {
     /// The pointer is in a place of a view, in pixels from its lower left corner; also in a drag.
     virtual void onMouseMove(M3dView& view, short x, short y) = 0;
     virtual void onMouseLeave() = 0;
+    /// Escape.
+    virtual void onCancel() {}
     /// Before each motion.
     virtual void BeforeMove() {}
 };

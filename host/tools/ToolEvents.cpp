@@ -62,8 +62,9 @@ void XEventHandler(Widget widget, XtPointer client, XEvent* event, Boolean* goOn
     }
 }
 
-/// The keys that make another mode of the tool's; what shows it is drawn anew.
-void KeyHandler(Widget widget, XtPointer, XEvent* event, Boolean* goOn) {
+/// The keys that make another mode of the tool's, which is seen, and the one that takes a drag
+/// back.
+void KeyHandler(Widget, XtPointer client, XEvent* event, Boolean* goOn) {
     *goOn = True;
     if (event->type != KeyPress && event->type != KeyRelease) return;
     const bool down = event->type == KeyPress;
@@ -81,12 +82,20 @@ void KeyHandler(Widget widget, XtPointer, XEvent* event, Boolean* goOn) {
         case XK_Alt_R:
             alt = down;
             break;
+        case XK_Escape:
+            if (down) static_cast<PointerListener*>(client)->onCancel();
+            return;
         default:
             return;
     }
     SetModifiers(shift, ctrl, alt);
-    M3dView view;
-    if (FindView(widget, view)) view.refresh(false, false);
+    M3dView::active3dView().refresh(true, false);
+}
+
+/// Keys go to the window that a view is in: one that the view took would be lost for the others.
+Widget WindowOf(Widget widget) {
+    while (!XtIsShell(widget) && XtParent(widget)) widget = XtParent(widget);
+    return widget;
 }
 
 }  // namespace
@@ -102,13 +111,13 @@ void SetModifiers(bool shift, bool ctrl, bool alt) {
 }
 
 void ToolEvents::Add(PointerListener& tool) {
-    tool_ = &tool;
+    listener_ = &tool;
     const std::vector<_WidgetRec*> present = ViewWidgets();
     std::erase_if(widgets_, [&](_WidgetRec* w) { return !std::ranges::count(present, w); });
     for (_WidgetRec* widget : present) {
         if (std::ranges::count(widgets_, widget)) continue;
         XtAddEventHandler(widget, kPointerEvents, False, XEventHandler, &tool);
-        XtAddEventHandler(widget, kKeyEvents, False, KeyHandler, &tool);
+        XtAddEventHandler(WindowOf(widget), kKeyEvents, False, KeyHandler, &tool);
         Tablet_AddEventHandler(widget);
         widgets_.push_back(widget);
     }
@@ -118,12 +127,12 @@ void ToolEvents::Remove() {
     // Handlers of a window that is gone went with it.
     for (_WidgetRec* widget : ViewWidgets()) {
         if (!std::ranges::count(widgets_, widget)) continue;
-        XtRemoveEventHandler(widget, kPointerEvents, False, XEventHandler, tool_);
-        XtRemoveEventHandler(widget, kKeyEvents, False, KeyHandler, tool_);
+        XtRemoveEventHandler(widget, kPointerEvents, False, XEventHandler, listener_);
+        XtRemoveEventHandler(WindowOf(widget), kKeyEvents, False, KeyHandler, listener_);
         Tablet_RemoveEventHandler(widget);
     }
     widgets_.clear();
-    tool_ = nullptr;
+    listener_ = nullptr;
 }
 
 bool ToolEvents::Covers(const M3dView& view) const {

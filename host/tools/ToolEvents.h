@@ -21,7 +21,7 @@ class ToolEvents {
     bool Covers(const M3dView& view) const;
 
   private:
-    PointerListener* tool_ = nullptr;
+    PointerListener* listener_ = nullptr;
     std::vector<_WidgetRec*> widgets_;
 };
 

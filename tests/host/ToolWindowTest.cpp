@@ -121,12 +121,10 @@ TEST_F(ToolWindowTest, TheOutlineShowsTheKeys) {
     // The cross at its middle.
     EXPECT_EQ(ColorAt(200, 150), (Color{0, 1, 0}));
     Key(XK_Shift_L, true);
-    To(201, 150);
     Settle();
-    EXPECT_EQ(ColorAt(201, 150), (Color{0, 1, 1}));
+    EXPECT_EQ(ColorAt(200, 150), (Color{0, 1, 1}));
     Key(XK_Shift_L, false);
     Key(XK_Control_L, true);
-    To(200, 150);
     Settle();
     EXPECT_EQ(ColorAt(200, 150), (Color{1, 0, 0}));
     Key(XK_Control_L, false);
@@ -138,6 +136,25 @@ TEST_F(ToolWindowTest, TheOutlineShowsTheKeys) {
     To(200, 150);
     Settle();
     EXPECT_TRUE(IsOutlined());
+}
+
+TEST_F(ToolWindowTest, EscapeTakesAStrokeBack) {
+    Must("KelmoSculpt -mode 1");
+    Settle();
+    const std::vector<float> before = Surface();
+    To(200, 150);
+    Button(true);
+    To(210, 150);
+    To(220, 150);
+    Settle();
+    EXPECT_TRUE(InStroke());
+    Key(XK_Escape, true);
+    Key(XK_Escape, false);
+    To(230, 150);
+    Button(false);
+    Settle();
+    EXPECT_FALSE(InStroke());
+    EXPECT_EQ(Surface(), before);
 }
 
 TEST_F(ToolWindowTest, ThePreviewFollowsTheCurve) {
