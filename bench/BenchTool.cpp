@@ -25,7 +25,7 @@ using VantrelSDK::bench::Timed;
 namespace {
 
 constexpr double kRadius = 10;
-constexpr int kWidth = 1200, kHeight = 900, kBrush = 8;
+constexpr int kWidth = 1200, kHeight = 900;
 
 /// The tool on a ball of about as many triangles, at the top of so many levels, in a view that
 /// looks at it from the front; the brush has about `verts` vertices under it.

@@ -70,6 +70,9 @@ void KelmoSelCtx::toolOnSetup(MEvent&) {
 
 void KelmoSelCtx::toolOffCleanup() {
     events_.Remove();
+    if (level_ > 0 && kelmo_.isValid())
+        MFnDependencyNode(kelmo_.objectRef()).findPlug("numRenderSubdivLvls").setValue(level_);
+    level_ = -1;
     DeleteToolLocator(*edits_, locator_);
     locator_ = MObjectHandle();
     edits_.reset();
@@ -77,11 +80,19 @@ void KelmoSelCtx::toolOffCleanup() {
     MGlobal::executeCommand("selectMode -object");
 }
 
+void KelmoSelCtx::ShowBase() {
+    MPlug level = MFnDependencyNode(kelmo_.objectRef()).findPlug("numRenderSubdivLvls");
+    if (level.asInt() <= 0) return;
+    level_ = level.asInt();
+    level.setValue(0);
+}
+
 /// The mesh as it is shown now. False where the tool has none to work on, which is told.
 bool KelmoSelCtx::TakeMesh() {
     picker_.reset();
     if (!kelmo_.isValid()) return false;
     NodeProtocol(kelmo_.objectRef()).Run(2);
+    ShowBase();
     const MObject shape = FindOutputShape(kelmo_.objectRef());
     const MLNode* node = MLNode::FromObject(kelmo_.objectRef());
     if (shape.isNull() || !node) return false;
@@ -90,8 +101,8 @@ bool KelmoSelCtx::TakeMesh() {
         return true;
     picker_.reset();
     MGlobal::displayWarning(
-        "KelmoSelectContext: polygons are those of the base mesh; set the output level to 0 to"
-        " select them");
+        "KelmoSelectContext: the mesh is shown at another level than its base, whose polygons are"
+        " selected; turn off forceRenderTopLevel");
     return false;
 }
 

@@ -17,7 +17,8 @@ namespace VantrelSDK {
 /// The tool that selects polygons of a node's mesh, which brushes then keep to. A click takes the
 /// polygon that is pointed at, a drag all that the brush's circle goes over; with Shift they are
 /// added to what is selected, with Ctrl taken away. A click beside the mesh selects nothing. Undo
-/// takes a selection back.
+/// takes a selection back. While the tool is on the mesh is shown at its base level, whose polygons
+/// are meant.
 class KelmoSelCtx : public MPxContext, public PointerListener {
   public:
     KelmoSelCtx() { setTitleString("Select Polygons"); }
@@ -40,6 +41,7 @@ class KelmoSelCtx : public MPxContext, public PointerListener {
     enum class How { kReplace, kAdd, kRemove };
 
     bool TakeMesh();
+    void ShowBase();
     /// Selects what is under a place; all that the circle touches in a `drag`.
     void Take(short x, short y, bool drag);
     void Show() const;
@@ -52,6 +54,8 @@ class KelmoSelCtx : public MPxContext, public PointerListener {
     MObjectHandle locator_;
     ToolEvents events_;
     std::unique_ptr<MeshPicker> picker_;
+    /// The level that goes out while the tool is off; -1: it is the base.
+    int level_ = -1;
     How how_ = How::kReplace;
     std::set<int> before_, selected_;
     short pressx_ = 0, pressy_ = 0;

@@ -170,6 +170,19 @@ TEST_F(SelectionToolTest, ClicksAndDragsSelectWhatIsSeen) {
     EXPECT_EQ(Count("kelmoTool"), 0);
 }
 
+TEST_F(SelectionToolTest, ItShowsTheBaseWhileItIsOn) {
+    Do(97);
+    Must("setAttr k.numRenderSubdivLvls 1; KelmoSel");
+    const MObject shape(host.scene.Find("shownShape"));
+    const int base = MFnMesh(shape).numPolygons();
+    Select({{200, 150}});
+    EXPECT_EQ(Selected().size(), 1u);
+    EXPECT_LT(*Selected().begin(), base);
+    LeaveTool();
+    EXPECT_EQ(Plug("k", "numRenderSubdivLvls").asInt(), 1);
+    EXPECT_GT(MFnMesh(shape).numPolygons(), 3 * base);
+}
+
 /// Brushes keep to what is selected, and to all again when nothing is.
 TEST_F(SelectionToolTest, BrushesKeepToIt) {
     Must("KelmoSel");
