@@ -57,6 +57,10 @@ MSelectionList ListOf(const MObject& shape, const std::set<int>& polygons) {
     return list;
 }
 
+MPlug LevelOf(const MObjectHandle& node) {
+    return MFnDependencyNode(node.objectRef()).findPlug("numRenderSubdivLvls");
+}
+
 }  // namespace
 
 void KelmoSelCtx::toolOnSetup(MEvent&) {
@@ -70,9 +74,7 @@ void KelmoSelCtx::toolOnSetup(MEvent&) {
 
 void KelmoSelCtx::toolOffCleanup() {
     events_.Remove();
-    if (level_ > 0 && kelmo_.isValid())
-        MFnDependencyNode(kelmo_.objectRef()).findPlug("numRenderSubdivLvls").setValue(level_);
-    level_ = -1;
+    ShowLevel();
     DeleteToolLocator(*edits_, locator_);
     locator_ = MObjectHandle();
     edits_.reset();
@@ -81,10 +83,17 @@ void KelmoSelCtx::toolOffCleanup() {
 }
 
 void KelmoSelCtx::ShowBase() {
-    MPlug level = MFnDependencyNode(kelmo_.objectRef()).findPlug("numRenderSubdivLvls");
+    if (lowered_ != kelmo_) ShowLevel();
+    MPlug level = LevelOf(kelmo_);
     if (level.asInt() <= 0) return;
+    lowered_ = kelmo_;
     level_ = level.asInt();
     level.setValue(0);
+}
+
+void KelmoSelCtx::ShowLevel() {
+    if (lowered_.isValid()) LevelOf(lowered_).setValue(level_);
+    lowered_ = MObjectHandle();
 }
 
 /// The mesh as it is shown now. False where the tool has none to work on, which is told.

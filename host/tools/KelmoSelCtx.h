@@ -42,6 +42,7 @@ class KelmoSelCtx : public MPxContext, public PointerListener {
 
     bool TakeMesh();
     void ShowBase();
+    void ShowLevel();
     /// Selects what is under a place; all that the circle touches in a `drag`.
     void Take(short x, short y, bool drag);
     void Show() const;
@@ -54,8 +55,9 @@ class KelmoSelCtx : public MPxContext, public PointerListener {
     MObjectHandle locator_;
     ToolEvents events_;
     std::unique_ptr<MeshPicker> picker_;
-    /// The level that goes out while the tool is off; -1: it is the base.
-    int level_ = -1;
+    /// The node that was brought to its base, and the level that went out of it.
+    MObjectHandle lowered_;
+    int level_ = 0;
     How how_ = How::kReplace;
     std::set<int> before_, selected_;
     short pressx_ = 0, pressy_ = 0;
