@@ -86,7 +86,7 @@ class MLNode : public LNode {
     /// The tool was left because time moved on, and the mode that it had.
     static bool offontimechange;
     static int offbrushmode;
-    /// Of the tool that is on; null without one.
+    /// Of the tool, while it begins a stroke; null when others do.
     static const BrushView* brushView;
 
     /// World and object space: in a session as they were when it began, unless `fresh`.

@@ -94,7 +94,6 @@ bool KelmoToolContext::TakeNode() {
 void KelmoToolContext::MakeLocator() {
     brushLocator_ = MObjectHandle(CreateToolLocator(*dagMod_));
     if (!brushLocator_.isValid()) return MGlobal::displayError("Can not create Brush");
-    MLNode::brushView = &KelmoToolLocator::brush();
     const int mode = brushMode();
     SetGlobMode(mode);
     SetBrushShape(brushLocator_, mode);
@@ -123,7 +122,6 @@ void KelmoToolContext::LeaveNode() {
     DeleteLocators();
     if (brushNode_.isValid()) Send(1, 1);
     events_.Remove();
-    MLNode::brushView = nullptr;
     brushNode_ = brushLocator_ = brushLocator2_ = MObjectHandle();
 }
 

@@ -99,7 +99,10 @@ bool KelmoToolContext::BeginStroke(MLNode& node) {
     dragging_ = true;
     resizing_ = resizeKey_ = false;
     MGlobal::executeCommand("KelmoStroke", false, true);
-    if (dagMod_->doIt()) return true;
+    MLNode::brushView = &KelmoToolLocator::brush();
+    const MStatus connected = dagMod_->doIt();
+    MLNode::brushView = nullptr;
+    if (connected) return true;
     dragging_ = false;
     return Fail("can not connect locator\n");
 }
