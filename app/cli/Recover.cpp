@@ -22,13 +22,15 @@ const LeftSession* Choose(const std::vector<LeftSession>& left, const std::strin
     return nullptr;
 }
 
-/// The scene, or as OBJ the meshes at the levels that are worked on.
+/// The scene, or with the sessions closed, which show what came in, as OBJ the meshes at the levels
+/// that are worked on.
 bool WriteOut(minihost::Host& host, const std::string& path, std::string& error) {
     const bool obj = path.ends_with(".obj");
     const std::string script =
         obj ? "for ($node in `ls -type KelmoND`) { setAttr ($node + \".commnad\") 91;"
               "setAttr ($node + \".execute0\") 1; int $level = `getAttr ($node + \".param0\")`;"
-              "setAttr ($node + \".numRenderSubdivLvls\") $level; };"
+              "setAttr ($node + \".numRenderSubdivLvls\") $level;"
+              "setAttr ($node + \".commnad\") 1; setAttr ($node + \".execute\") 1; };"
               "file -exportAll " +
                   ScriptText(path)
             : "file -rename " + ScriptText(path) + "; file -save";

@@ -15,8 +15,6 @@ using namespace kelmo_tests;
 using testing::HasSubstr;
 using VantrelSDK::PolyMesh;
 
-const std::string kHead = kExamples + "/head.obj";
-
 double Distance(const PolyMesh& a, const PolyMesh& b) {
     if (a.positions.size() != b.positions.size()) return 1e9;
     double most = 0;
@@ -61,7 +59,7 @@ class Recovery : public WindowFixture {
 
 TEST_F(Recovery, FiftyKillsAtAnyMomentLoseNoStrokeThatWasFinished) {
     constexpr int kMost = 3;
-    Start({kHead});
+    Start({head_});
     std::vector<PolyMesh> after{Export()};
     for (int i = 0; i <= kMost; ++i) {
         StrokeOf(i);
@@ -74,7 +72,7 @@ TEST_F(Recovery, FiftyKillsAtAnyMomentLoseNoStrokeThatWasFinished) {
     int partial = 0;
     for (int round = 0; round < 50; ++round) {
         SCOPED_TRACE(round);
-        Start({kHead});
+        Start({head_});
         const int finished = static_cast<int>(random() % kMost);
         for (int i = 0; i < finished; ++i) StrokeOf(i);
         // In the midst of the next, or of what follows it.
@@ -106,7 +104,7 @@ TEST_F(Recovery, FiftyKillsAtAnyMomentLoseNoStrokeThatWasFinished) {
 }
 
 TEST_F(Recovery, TheNextStartOffersItBack) {
-    Start({kHead});
+    Start({head_});
     for (int i = 0; i < 3; ++i) StrokeOf(i);
     PressWith({XK_Control_L}, XK_z);
     const PolyMesh sculpted = Export();
@@ -123,7 +121,7 @@ TEST_F(Recovery, TheNextStartOffersItBack) {
 }
 
 TEST_F(Recovery, ClosingLeavesNothing) {
-    Start({kHead});
+    Start({head_});
     StrokeOf(0);
     PressWith({XK_Control_L, XK_Shift_L}, XK_s);
     Type("work.mhb");
@@ -138,7 +136,7 @@ TEST_F(Recovery, ClosingLeavesNothing) {
 
 TEST_F(Recovery, ARecordingPlaysBackToTheSameBits) {
     const std::string log = folder_ / "session.jsonl";
-    Start({"record", kHead, "--log", log});
+    Start({"record", head_, "--log", log});
     StrokeOf(0);
     PressWith({XK_Control_L}, XK_l);
     Hold(XK_Shift_L);
@@ -160,11 +158,12 @@ TEST_F(Recovery, ARecordingPlaysBackToTheSameBits) {
     ASSERT_EQ(Ended(), 0) << Told();
     const std::string out = folder_ / "again.obj";
     const Outcome outcome = Shell(std::string(paths::kProgram) + " replay " + log + " --mesh " +
-                                  kHead + " --out " + out);
+                                  head_ + " --out " + out);
     ASSERT_EQ(outcome.code, 0) << outcome.text;
     PolyMesh again;
     VantrelSDK::FileError error;
     ASSERT_TRUE(VantrelSDK::ReadMesh(out, again, error)) << error.Text();
+    ASSERT_EQ(again.positions.size(), sculpted.positions.size()) << Read(log);
     EXPECT_EQ(Distance(again, sculpted), 0);
 }
 
@@ -176,7 +175,7 @@ TEST_F(Recovery, AFullDiskIsToldAndSculptingGoesOn) {
     small.rlim_cur = 8000;
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     setrlimit(RLIMIT_FSIZE, &small);
-    Start({kHead});
+    Start({head_});
     setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
     EXPECT_THAT(Told(), HasSubstr("File too large; sculpting goes on"));
