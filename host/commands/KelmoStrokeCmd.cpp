@@ -18,6 +18,9 @@ MStatus KelmoStrokeCmd::doIt(const MArgList&) {
 }
 
 MStatus KelmoStrokeCmd::undoIt() {
+    // The node has no record of a stroke that goes on.
+    KelmoToolContext* tool = KelmoToolContext::GetActiveContext();
+    if (tool && tool->brushNode() == kmNode) tool->FinishStroke();
     NodeProtocol node(kmNode);
     const MString missing = node.missing() ? node.missing() : "";
     if (missing == "commnad" || missing == "execute") {

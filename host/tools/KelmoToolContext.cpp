@@ -118,7 +118,7 @@ void KelmoToolContext::toolOffCleanup() {
 
 /// A stroke that is under way ends, and stays.
 void KelmoToolContext::LeaveNode() {
-    if (dragging_) EndStroke();
+    FinishStroke();
     DeleteLocators();
     if (brushNode_.isValid()) Send(1, 1);
     events_.Remove();

@@ -45,7 +45,9 @@ class KelmoToolContext : public MPxContext, public PointerListener {
     MStatus doPress(MEvent& event) override;
     MStatus doDrag(MEvent& event) override;
     MStatus doRelease(MEvent& event) override;
-    /// Ends the stroke that is under way and takes it back.
+    /// Ends the stroke that is under way; nothing without one.
+    void FinishStroke();
+    /// The same, and takes it back.
     void abortAction() override;
     void getClassName(MString& name) const override { name = "KelmoToolContext"; }
 

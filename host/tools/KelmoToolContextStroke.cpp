@@ -58,7 +58,9 @@ MStatus KelmoToolContext::doPress(MEvent& event) {
         return MPxContext::doPress(event);
     if (!node || !node->IsSculpting()) return Fail("no deformer node\n"), MS::kFailure;
     if (!brushLocator_.isValid()) return Fail("no locator node\n"), MS::kFailure;
-    return BeginStroke(*node) ? MS::kSuccess : MS::kFailure;
+    if (BeginStroke(*node)) return MS::kSuccess;
+    EndStroke();
+    return MS::kFailure;
 }
 
 /// With Ctrl the source is set; the next stroke copies from as far away as it begins.
@@ -78,7 +80,7 @@ void KelmoToolContext::SetClone(const MEvent& event, short x, short y) {
 
 /// Tells why when there is no stroke.
 bool KelmoToolContext::BeginStroke(MLNode& node) {
-    if (dragging_) EndStroke();
+    FinishStroke();
     const MFnTransform locator(brushLocator_.objectRef());
     const MVector place = locator.getTranslation(MSpace::kTransform);
     const MPlug matrix = locator.findPlug("matrix"), brush = node.plug(&N::m_moBrush);
@@ -102,9 +104,7 @@ bool KelmoToolContext::BeginStroke(MLNode& node) {
     MLNode::brushView = &KelmoToolLocator::brush();
     const MStatus connected = dagMod_->doIt();
     MLNode::brushView = nullptr;
-    if (connected) return true;
-    dragging_ = false;
-    return Fail("can not connect locator\n");
+    return connected || Fail("can not connect locator\n");
 }
 
 /// Stays where the press was, while the first one is dragged.
@@ -178,7 +178,7 @@ MStatus KelmoToolContext::doRelease(MEvent& event) {
     if (event.mouseButton() != MEvent::kLeftMouse) return MPxContext::doRelease(event);
     SetModifiers(event.isModifierShift(), event.isModifierControl());
     if (Plug(&N::m_moCsAutokey).asBool()) KeyFlexor();
-    if (dragging_) EndStroke();
+    FinishStroke();
     SetVisibility2(brushLocator_, true);
     resizing_ = resizeKey_ = false;
     FollowSelection();
@@ -200,7 +200,8 @@ void KelmoToolContext::KeyFlexor() {
 void KelmoToolContext::EndStroke() {
     dragging_ = false;
     MPlug brush = Plug(&N::m_moBrush);
-    if (const MPlug source = brush.isNull() ? MPlug() : brush.source(); !source.isNull()) {
+    const MPlug source = brush.isNull() ? MPlug() : brush.source();
+    if (!source.isNull() && source.node() == brushLocator_.objectRef()) {
         dagMod_->disconnect(source, brush);
         if (!dagMod_->doIt()) Fail("can not disconnect locator\n");
     }
@@ -210,10 +211,13 @@ void KelmoToolContext::EndStroke() {
     brushLocator2_ = MObjectHandle();
 }
 
+void KelmoToolContext::FinishStroke() {
+    if (dragging_) EndStroke();
+}
+
 void KelmoToolContext::abortAction() {
-    if (!dragging_) return;
-    EndStroke();
-    MGlobal::executeCommand("undo");
+    // Which ends it first.
+    if (dragging_) MGlobal::executeCommand("undo");
 }
 
 }  // namespace VantrelSDK

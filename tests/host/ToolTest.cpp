@@ -274,6 +274,19 @@ TEST_F(ToolTest, AStrokeEndsWithTheToolOrIsTakenBack) {
     EXPECT_FALSE(InStroke());
     Release(210, 150);
     EXPECT_EQ(Surface(), before);
+    for (int strokes = 0; strokes < 2; ++strokes) {
+        Stroke({{180, 150}, {190, 150}});
+        const std::vector<float> between = Surface();
+        Press(200, 150);
+        Drag(210, 150);
+        Must("undo");
+        EXPECT_FALSE(InStroke());
+        Drag(220, 150);
+        Release(220, 150);
+        EXPECT_EQ(Surface(), between) << "undo in a stroke takes that one back";
+    }
+    Must("undo; undo");
+    EXPECT_EQ(Surface(), before);
     Press(200, 150);
     Drag(210, 150);
     LeaveTool();
@@ -292,6 +305,20 @@ TEST_F(ToolTest, ASessionThatAScriptClosedOpensWithThePress) {
     EXPECT_EQ(Count("KelmoSurface"), 1);
     EXPECT_TRUE(InStroke());
     Release(200, 150);
+}
+
+/// Where something else is connected there is no stroke, nothing to undo, and nothing is cut.
+TEST_F(ToolTest, AStrokeOfAnotherIsLeftAlone) {
+    TakeTool();
+    Must("KelmoToolContext -edit -brushMode 2 KelmoToolContext1");
+    Must("createNode locator -name other; connectAttr other.matrix k.brush");
+    EXPECT_FALSE(Press(200, 150));
+    EXPECT_TRUE(told.Has("KelmoToolContext: can not connect locator"));
+    Release(200, 150);
+    EXPECT_TRUE(InStroke());
+    EXPECT_EQ(Count("kelmoTool"), 1);
+    EXPECT_EQ(Run("undoInfo -query -undoName").find("KelmoStroke"), std::string::npos);
+    Must("disconnectAttr other.matrix k.brush");
 }
 
 TEST_F(ToolTest, WithNoNodeItWaitsForOne) {
