@@ -66,7 +66,8 @@ CLI::App* AddRecover(CLI::App& app, RecoverOptions& recover) {
 }
 
 void AddWindow(CLI::App& app, WindowOptions& window) {
-    app.add_option("FILE", window.file, "a scene (.mhb, .mhs) or a mesh (.obj, .ply) to sculpt");
+    app.add_option("FILE", window.file, "a scene (.mhb, .mhs) or a mesh (.obj, .ply) to sculpt")
+        ->check(CLI::ExistingFile);
     app.add_option("--timings", window.timings,
                    "write what frames took in the session to this file, as JSON");
 }
@@ -90,7 +91,8 @@ int Main(int argc, const char* const* argv) {
     CLI::App app{"Kelmo sculpts polygon meshes."};
     app.name("kelmo");
     app.footer(
-        "With a mesh or a scene, or with nothing, kelmo opens its window. To open a file that is "
+        "With a mesh or a scene, or with nothing, kelmo opens its window; without a display and a "
+        "file\nit plays the sample strokes into kelmo-out/. To open a file that is "
         "named\nas a subcommand is, write ./NAME.\n"
         "Exit codes: 0 done, 1 failed (what, where and what to do is on standard error), 2 wrong "
         "usage.");
