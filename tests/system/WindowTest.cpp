@@ -18,6 +18,16 @@ int Moved(const PolyMesh& a, const PolyMesh& b) {
     return moved;
 }
 
+double Farthest(const PolyMesh& a, const PolyMesh& b) {
+    if (a.positions.size() != b.positions.size()) return INFINITY;
+    double most = 0;
+    for (size_t i = 0; i < a.positions.size(); ++i) {
+        const auto d = a.positions[i] - b.positions[i];
+        most = std::max(most, std::sqrt(double(d.x * d.x + d.y * d.y + d.z * d.z)));
+    }
+    return most;
+}
+
 /// How far the edges of a mesh bend, in all: what smoothing lowers.
 double Roughness(const PolyMesh& mesh) {
     double sum = 0;
@@ -192,9 +202,9 @@ TEST_F(KelmoWindow, UnsavedWorkIsAskedAbout) {
     Press(XK_Return);
     EXPECT_EQ(Ended(), 0) << Told();
     EXPECT_NE(Read(folder_ / "work.mhb"), saved);
-    // What was saved is what was sculpted.
     Start({folder_ / "work.mhb"});
-    EXPECT_EQ(Moved(sculpted, Export()), 0);
+    // What was saved is what was sculpted, up to what frames of the surface round.
+    EXPECT_LT(Farthest(sculpted, Export()), 1e-5);
 }
 
 TEST_F(KelmoWindow, TakesAnySizeAndSculptsAfterwards) {
