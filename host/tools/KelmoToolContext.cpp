@@ -100,9 +100,9 @@ void KelmoToolContext::MakeLocator() {
 }
 
 void KelmoToolContext::LoadTablet() {
-    if (!LNode::prefDoUseTablet) return;
-    if ((!Tablet_Loaded() && !Tablet_Failed()) || GetTabletPrefChanged())
-        if (!Tablet_Load()) MGlobal::displayWarning("Can not load tablet stuff\n");
+    const bool changed = GetTabletPrefChanged(), tried = Tablet_Loaded() || Tablet_Failed();
+    if (!LNode::prefDoUseTablet || (tried && !changed)) return;
+    if (!Tablet_Load()) MGlobal::displayWarning("Can not load tablet stuff\n");
 }
 
 void KelmoToolContext::toolOffCleanup() {

@@ -192,8 +192,13 @@ TEST_F(ToolWindowTest, WithoutAStylusTheMouseSculpts) {
         return after;
     };
     const std::vector<float> mouse = sculpted(0);
-    EXPECT_EQ(sculpted(1), mouse);
-    EXPECT_TRUE(told.Has("Can not load tablet stuff"));
+    // It is looked for once, and again when the preference came on again.
+    for (const auto& [usesTablet, looked] :
+         {std::pair{1, true}, {1, false}, {0, false}, {1, true}}) {
+        told.text.clear();
+        EXPECT_EQ(sculpted(usesTablet), mouse);
+        EXPECT_EQ(told.Has("Can not load tablet stuff"), looked);
+    }
     Must("global proc int KelmoGetUseTabletPref() { return 0; }");
     Run("Kelmo -readPrefs");
 }
