@@ -168,6 +168,21 @@ def colours(runs):
         )
 
 
+def journal(runs):
+    rows = []
+    for kept, triangles, rest in runs.arguments("BM_KeptStroke"):
+        a = (kept, triangles, rest)
+        rows.append([runs.label("BM_KeptStroke", a), size(triangles), str(rest)]
+                    + [number(runs.median("BM_KeptStroke", a, f"{part}_us")) for part in ("press", "step", "release")])
+    if rows:
+        yield section(
+            "A stroke that is kept on disk: Brush Pull, 2,000 vertices, one worker",
+            "BM_KeptStroke",
+            "Microseconds. A press waits for the disk when the stroke before ended just then.\n",
+            table(["kept in", "triangles", "ms between strokes", "press", "step", "release"], rows),
+        )
+
+
 def tree(runs):
     rows = []
     for title, name, other in [
@@ -540,7 +555,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, colours, tree, obj, opening, levels, targets, records, host_frames, tool, recalculation, display, graph, scenes, scripts]
+        makers = [strokes, parts, workers, colours, journal, tree, obj, opening, levels, targets, records, host_frames, tool, recalculation, display, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

@@ -85,6 +85,7 @@ void Host::NewScene() {
     Modifier modifier(scene);
     for (const NodePtr& node : scene.Nodes()) modifier.Delete(node);
     MakeDefaultNodes();
+    views.Renew();
 }
 
 }  // namespace minihost

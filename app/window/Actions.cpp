@@ -58,6 +58,12 @@ void Frame(Desk& desk, bool selected) {
 
 }  // namespace
 
+void OpenFile(Desk& desk, const std::string& path) {
+    if (!desk.work.Open(path)) return;
+    desk.preferences.Remember(path);
+    Frame(desk, false);
+}
+
 bool IsSelecting() {
     Host& host = Host::Get();
     return host.tools.ClassOf(host.tools.current()) == "KelmoSelectContext";

@@ -41,6 +41,8 @@ class Actions {
     std::vector<Action> actions_;
 };
 
+/// Opens a file and shows all of it.
+void OpenFile(Desk& desk, const std::string& path);
 /// Takes a brush, with what it needs: a node that is sculpted.
 void TakeBrush(Desk& desk, int mode);
 /// 0 geometry, 1 colour, 2 stencil.

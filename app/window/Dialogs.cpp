@@ -170,7 +170,10 @@ bool Dialogs::DrawRecover(Desk& desk) {
             const bool confirmed = i == 0 && !ImGui::IsWindowAppearing() &&
                                    ImGui::IsKeyPressed(ImGui::GetKeyIndex(ImGuiKey_Enter), false);
             if (ImGui::Button("Bring back") || confirmed) {
-                desk.Later([&desk, i] { desk.guard.BringBack(i); });
+                desk.Later([&desk, i] {
+                    desk.guard.BringBack(i);
+                    desk.actions.Get("frameAll").run();
+                });
                 stays = false;
             }
             ImGui::TableNextColumn();
@@ -192,9 +195,7 @@ void Dialogs::Begin(Desk& desk) {
     switch (shown_) {
         case Kind::Open:
             return files_.Ask({"Open", "Open", all, false, "",
-                               [&desk, remember](const std::string& path) {
-                                   if (desk.work.Open(path)) remember(path);
-                               }},
+                               [&desk](const std::string& path) { OpenFile(desk, path); }},
                               folder);
         case Kind::Import:
             return files_.Ask({"Import", "Import", all, false, "",

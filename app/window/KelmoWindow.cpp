@@ -86,10 +86,7 @@ bool KelmoWindow::Run(std::string& error) {
 void KelmoWindow::Start() {
     desk_.guard.Begin(!options_.record.empty());
     desk_.work.made = [this](SculptNode& node) { desk_.preferences.GiveTo(node); };
-    if (!options_.file.empty() && desk_.work.Open(options_.file)) {
-        desk_.preferences.Remember(options_.file);
-        desk_.actions.Get("frameAll").run();
-    }
+    if (!options_.file.empty()) OpenFile(desk_, options_.file);
     if (!desk_.guard.left().empty())
         desk_.dialog = Desk::Dialog::Recover;
     else if (options_.file.empty())

@@ -368,7 +368,7 @@ void DrawMenu(Desk& desk, const WindowPlace& place) {
             ImGui::Separator();
             for (const std::string& path : desk.preferences.recent)
                 if (ImGui::MenuItem(path.c_str()))
-                    desk.AskThen([&desk, path] { desk.work.Open(path); });
+                    desk.AskThen([&desk, path] { OpenFile(desk, path); });
         }
         ImGui::EndMenu();
     }

@@ -115,7 +115,7 @@ View* Views::Open(const PictureOptions& options, std::string& error) {
     if (!camera) return nullptr;
     auto entry = FindPicture(camera);
     if (entry == views_.end())
-        entry = views_.insert(entry, {std::make_unique<View>(*context_, camera), {}, made});
+        entry = views_.insert(entry, {std::make_unique<View>(*context_, camera), {}, made, {}});
     View& view = *entry->view;
     error = view.Resize(options.width, options.height, options.samples);
     if (!error.empty()) return nullptr;
@@ -146,7 +146,7 @@ View* Views::OpenWindow(std::unique_ptr<GLContext> context, ViewWindow& window,
     if (!error.empty()) return nullptr;
     view->window = &window;
     active_ = view.get();
-    views_.push_back({std::move(view), {}, false});
+    views_.push_back({std::move(view), {}, false, options.camera});
     Frame(*active_, {});
     return active_;
 }
@@ -163,8 +163,17 @@ std::string Views::LookThrough(View& view, const std::string& name) {
     const DagNodePtr camera = FindCamera(name, made, error);
     if (!camera) return error;
     view.SetCamera(camera);
+    for (Entry& entry : views_)
+        if (entry.view.get() == &view) entry.camera = name;
     if (made) Frame(view, {});
     return {};
+}
+
+void Views::Renew() {
+    for (const Entry& entry : views_)
+        if (entry.view->window && !entry.view->camera()->isInScene())
+            LookThrough(*entry.view, std::string(entry.camera));
+    Tidy();
 }
 
 void Views::Frame(View& view, const std::vector<NodePtr>& nodes) {

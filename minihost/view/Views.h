@@ -43,6 +43,9 @@ class Views {
     /// What a view sees from here on: a camera, or a named view, as Open makes it. Empty, or why
     /// not.
     std::string LookThrough(View& view, const std::string& camera);
+    /// When the scene is a new one: views of windows get its cameras in the place of those that
+    /// went with the old one.
+    void Renew();
     /// Draws through a camera and reads what was drawn. Empty, or why not.
     std::string Draw(const PictureOptions& options, Picture& picture);
     /// Moves a camera so that all that is visible, or only `nodes`, fits into its view, which has
@@ -69,6 +72,8 @@ class Views {
         /// Where a named view's camera was put; it follows the scene while it stands there.
         MMatrix framed;
         bool follows = false;
+        /// Of a window's view: what it looks through.
+        std::string camera;
     };
 
     DagNodePtr FindCamera(const std::string& name, bool& made, std::string& error);

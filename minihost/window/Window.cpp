@@ -362,11 +362,6 @@ void Window::Impl::Frame(bool drawView) {
 }
 
 void Window::Impl::DrawAll(bool drawView) {
-    if (!view_->camera()->isInScene()) {
-        // The scene is another one: its camera has the name of the old.
-        if (const std::string why = Host::Get().views.LookThrough(*view_, camera); !why.empty())
-            Host::Get().output().Error(why);
-    }
     Arrange();
     Clock::time_point start = Clock::now();
     if (drawView || dirty_ || shown_ != SceneRevision()) {
