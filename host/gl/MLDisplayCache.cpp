@@ -52,6 +52,32 @@ void MLDisplayCache::Follow(std::span<const int> verts) {
                       std::max(grown_.max.z, p.z)};
     }
     if (LNode::prefDoPix) GrowDirtyBox(verts);
+    MakeRoom();
+}
+
+/// A stroke that leaves the box by which light and occlusion are measured gets a larger one, with
+/// room to go on, and a whole picture.
+void MLDisplayCache::MakeRoom() {
+    if (!owner_ || !owner_->IsStroking() || !bbox_.valid || !grown_.valid) return;
+    const float room = (bbox_.max - bbox_.min).Len() / 4;
+    bool left = false;
+    const auto extend = [&](float LPoint3::*axis) {
+        if (grown_.min.*axis < bbox_.min.*axis) {
+            bbox_.min.*axis = grown_.min.*axis - room;
+            left = true;
+        }
+        if (grown_.max.*axis > bbox_.max.*axis) {
+            bbox_.max.*axis = grown_.max.*axis + room;
+            left = true;
+        }
+    };
+    const Box before = bbox_;
+    extend(&LPoint3::x);
+    extend(&LPoint3::y);
+    extend(&LPoint3::z);
+    if (!left) return;
+    if (!tight_.valid) tight_ = before;
+    DropCaches();
 }
 
 /// A normal or colour that has changed shades the faces around its vertex up to their other
@@ -135,8 +161,10 @@ void MLDisplayCache::GetBBox(LPoint3& min, LPoint3& max) {
             bbox_.max = {std::max(bbox_.max.x, p.x), std::max(bbox_.max.y, p.y),
                          std::max(bbox_.max.z, p.z)};
         }
-        grown_.valid = false;
+        grown_.valid = tight_.valid = false;
     } else if (grown_.valid && !stroking) {
+        if (tight_.valid) bbox_ = tight_;
+        tight_.valid = false;
         // Light and occlusion are measured by the box: in a stroke it holds still, so that what the
         // stroke does not touch stays as it is.
         bbox_.min = {std::min(bbox_.min.x, grown_.min.x), std::min(bbox_.min.y, grown_.min.y),

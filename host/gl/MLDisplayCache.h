@@ -136,6 +136,7 @@ class MLDisplayCache : public LDisplayCache {
     /// Voxels and boxes follow vertices that look different.
     void Follow(std::span<const int> verts);
     void GrowDirtyBox(std::span<const int> verts);
+    void MakeRoom();
     size_t SelectionMark() const;
     MPoint LightPos(MPoint& center);
     float MarkLength();
@@ -149,7 +150,8 @@ class MLDisplayCache : public LDisplayCache {
     std::vector<std::shared_ptr<const LMeshTopology>> levels_;
     Compiled compiled_;
     size_t selectionMark_ = 0;
-    Box bbox_, grown_;
+    /// What is measured by; where vertices went since; what it was before a stroke left it.
+    Box bbox_, grown_, tight_;
     std::vector<MLScreenCache> viewCaches_;
     /// Counts the moves of the dirty boxes.
     unsigned step_ = 0;

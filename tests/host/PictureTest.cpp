@@ -122,6 +122,31 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
     }
 }
 
+// Light and occlusion are measured by a box that holds still in a stroke; one that pulls the surface
+// far out of it is lit as it is after its end.
+TEST_F(PictureTest, AStrokeThatLeavesTheBoxIsLitAsWhenItEnds) {
+    SetDoPix(1);
+    Open();
+    Must(
+        "createNode camera -name eye; xform -ws -t 9 4 44 eye; xform -ws -ro -2 11 0 eye;"
+        "setAttr k.displayMode 2; setAttr k.useShadow[0] 1; setAttr k.useSSAO[0] 1;"
+        "setAttr k.SSAOsamples 6; setAttr k.SSAOradius 0.02");
+    Draw("eye", 240, 180, 0);
+    Press(0, 4, 1, "0, 7, 8");
+    Draw("eye", 240, 180, 0);
+    Picture last;
+    for (int step = 1; step <= 6; ++step) {
+        Move(2.0f * step, 7 + 0.5f * step, 8 + 1.5f * step);
+        last = Draw("eye", 240, 180, 0);
+        const std::string other = "other" + std::to_string(step);
+        Must("createNode camera -name " + other + "; xform -ws -t 9 4 44 " + other +
+             "; xform -ws -ro -2 11 0 " + other);
+        EXPECT_EQ(Compare(last, Draw(other, 240, 180, 0), 0).pixels, 0) << step;
+    }
+    Release();
+    EXPECT_LT(Compare(last, Draw("eye", 240, 180, 0), 40).pixels, 240 * 180 / 100);
+}
+
 TEST_F(PictureTest, ViewsOfAnySize) {
     Open();
     const Picture one = Draw("persp", 1, 1, 0);
