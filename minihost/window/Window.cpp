@@ -54,6 +54,8 @@ class Window::Impl : public ViewWindow {
         : camera(options.camera), samples(options.samples), surroundings_(surroundings) {}
     ~Impl() override {
         if (context_) Host::Get().views.Forget();
+        keys_.reset();
+        if (shell_) XtDestroyWidget(shell_);
     }
 
     std::string Open(const Options& options);

@@ -104,7 +104,14 @@ std::unique_ptr<XSession> XSession::Open(std::string& error) {
 
 XSession::~XSession() {
     if (visual_) XFree(visual_);
-    if (app_) XtDestroyApplicationContext(app_);
+    if (!display_) {
+        XtDestroyApplicationContext(app_);
+        return;
+    }
+    // The connection stays: it is the process's, and a driver that is unloaded with it leaves
+    // threads and memory behind. What was asked of it is done.
+    XSync(display_, True);
+    XSetIOErrorExitHandler(display_, nullptr, nullptr);
 }
 
 std::unique_ptr<GLContext> XSession::MakeContext(unsigned long window, std::string& error) {
