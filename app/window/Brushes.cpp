@@ -49,20 +49,6 @@ const Brush* FindBrush(int mode) {
     return nullptr;
 }
 
-int ModeWithShift(int mode) {
-    return mode < 0 ? mode : mode <= 7 ? 6 : mode <= 19 ? 12 : mode;
-}
-
-int ModeWithCtrl(int mode) {
-    constexpr int kPairs[][2] = {{2, 3}, {5, 6}, {8, 9}, {12, 13}};
-    if (mode == 0) return 2;
-    for (const auto& [a, b] : kPairs) {
-        if (mode == a) return b;
-        if (mode == b) return a;
-    }
-    return mode;
-}
-
 bool Paints(int mode) {
     constexpr int kModes[] = {8, 9, 12, 13, 14, 16, 19};
     return std::ranges::count(kModes, mode) > 0;

@@ -18,9 +18,6 @@ std::span<const Brush> DragBrushes();
 std::span<const Brush> PaintBrushes();
 /// Null for a number that is none of them.
 const Brush* FindBrush(int mode);
-/// The mode that a brush has with Shift or Ctrl held.
-int ModeWithShift(int mode);
-int ModeWithCtrl(int mode);
 /// Whether a brush paints colours and stencils too.
 bool Paints(int mode);
 

@@ -90,13 +90,15 @@ void ImGuiInput::Begin() {
 }
 
 bool ImGuiInput::Feed() {
-    bool acted = false;
+    bool acted = false, moved = false;
     while (!events_.empty()) {
         const Kind kind = events_.front().kind;
         const bool acts = kind == Kind::Press || kind == Kind::Release || kind == Kind::KeyDown ||
                           kind == Kind::KeyUp;
-        // A place belongs to what is done there.
+        // A place belongs to what is done there, and a drag comes to where it is let go.
         if (acted && (acts || kind == Kind::Motion || kind == Kind::Leave)) return true;
+        if (moved && kind == Kind::Release) return true;
+        moved = moved || kind == Kind::Motion;
         Apply(events_.front());
         events_.pop_front();
         acted = acted || acts;

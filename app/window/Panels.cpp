@@ -10,6 +10,7 @@
 #include "app/window/Brushes.h"
 #include "app/window/Desk.h"
 #include "app/window/FalloffEditor.h"
+#include "core/sculpt/LNode.h"
 
 namespace kelmo {
 
@@ -145,8 +146,8 @@ void DrawBrush(Desk& desk, const Brush& brush, float width) {
         const Brush* other = mode == own ? nullptr : FindBrush(mode);
         if (other) ImGui::TextDisabled("%s: %s", key, other->name);
     };
-    with("Shift", ModeWithShift(brush.mode), brush.mode);
-    with("Ctrl", ModeWithCtrl(brush.mode), brush.mode);
+    with("Shift", VantrelSDK::GetShiftMode(brush.mode), brush.mode);
+    with("Ctrl", VantrelSDK::GetCtrlMode(brush.mode), brush.mode);
     if (*brush.key) ImGui::TextDisabled("Key: %s", brush.key);
     if (!useful) ImGui::TextDisabled("Moves geometry only.");
     ImGui::PopTextWrapPos();

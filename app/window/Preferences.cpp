@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -35,7 +36,8 @@ void Take(const Json& json, const char* name, T& value) {
     if constexpr (std::is_same_v<T, bool>) {
         if (found->is_boolean()) value = found->template get<bool>();
     } else if constexpr (std::is_arithmetic_v<T>) {
-        if (found->is_number()) value = found->template get<T>();
+        const double number = found->is_number() ? found->template get<double>() : NAN;
+        if (std::abs(number) < 1e9) value = static_cast<T>(number);
     } else if constexpr (std::is_same_v<T, std::string>) {
         if (found->is_string()) value = found->template get<std::string>();
     }
