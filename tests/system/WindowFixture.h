@@ -122,8 +122,8 @@ class WindowFixture : public testing::Test {
     void Stroke(int left = 400, int right = 480) { Drag(left, 300, right, 360); }
 
     /// Writes the surface by the export dialog, and reads it.
-    VantrelSDK::PolyMesh Export() {
-        const std::string name = "export" + std::to_string(++exports_) + ".obj";
+    VantrelSDK::PolyMesh Export(const std::string& ending = ".obj") {
+        const std::string name = "export" + std::to_string(++exports_) + ending;
         PressWith({XK_Control_L}, XK_e);
         Type(name);
         Press(XK_Return);
@@ -163,6 +163,8 @@ class WindowFixture : public testing::Test {
         Until([this] { return !IsRunning(); });
         return code_;
     }
+    /// The processor's time that it has used, in hundredths of a second.
+    long Ticks() { return Usage().second; }
     std::string Told() { return Read(folder_ / "err"); }
 
     static bool Until(const std::function<bool()>& done) {

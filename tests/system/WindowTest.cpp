@@ -238,6 +238,54 @@ TEST_F(KelmoWindow, PaintsColours) {
     EXPECT_EQ(Moved(before, Export()), 0) << "paint moves nothing";
 }
 
+TEST_F(KelmoWindow, BrushesKeepToWhatIsSelected) {
+    Start({head_});
+    const PolyMesh before = Export();
+    Stroke();
+    const int all = Moved(before, Export());
+    PressWith({XK_Control_L}, XK_z);
+    Press(XK_q);
+    Rest();
+    Drag(400, 300, 420, 310);
+    Press(XK_w);
+    Rest();
+    Stroke();
+    const int some = Moved(before, Export());
+    EXPECT_GT(some, 0);
+    EXPECT_LT(some, all);
+    PressWith({XK_Control_L}, XK_z);
+    const std::string shown = Picture();
+    Press(XK_h);
+    Rest();
+    EXPECT_NE(Picture(), shown) << "what is selected is hidden";
+    PressWith({XK_Shift_L}, XK_h);
+    EXPECT_EQ(Picture(), shown);
+}
+
+TEST_F(KelmoWindow, PlyGoesOutAndComesIn) {
+    Start({head_});
+    Stroke();
+    const PolyMesh obj = Export(), ply = Export(".ply");
+    EXPECT_EQ(obj.positions, ply.positions);
+    EXPECT_EQ(obj.cornerVerts, ply.cornerVerts);
+    PressWith({XK_Control_L}, XK_i);
+    Type("export2.ply");
+    Press(XK_Return);
+    Rest();
+    EXPECT_TRUE(IsRunning());
+    EXPECT_EQ(Told(), "");
+    EXPECT_EQ(Export().positions, obj.positions) << "the head is sculpted still";
+}
+
+TEST_F(KelmoWindow, IdleTakesNoTimeOfTheProcessor) {
+    Start({head_});
+    To(450, 330);
+    Rest();
+    const long before = Ticks();
+    std::this_thread::sleep_for(std::chrono::seconds(2));
+    EXPECT_LE(Ticks() - before, 1);
+}
+
 TEST_F(KelmoWindow, ADisplayThatGoesAwayIsTold) {
     Start({head_});
     Stroke();
