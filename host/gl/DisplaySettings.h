@@ -21,6 +21,10 @@ struct DisplaySettings {
     bool underNormals = false, underTangents = false, underVectors = false, underSkin = false,
          underSkinSolid = false;
 
+    /// The view is being moved by hand: a picture at once, of a coarser level where the mesh is
+    /// large, rather than a fine one later.
+    bool transforming = false;
+
     bool operator==(const DisplaySettings&) const = default;
     /// Colours or stencil are a part of what is compiled.
     bool ShowsColor() const { return affectColor; }

@@ -10,6 +10,7 @@
 #include "host/gl/KelmoSurfaceCallback.h"
 #include "host/gl/KelmoSurfaceShape.h"
 #include "host/gl/MLDisplayCache.h"
+#include "host/tools/ToolEvents.h"
 
 namespace VantrelSDK {
 
@@ -61,7 +62,8 @@ bool KelmoSurfaceShapeUI::IsDirty(const MDrawInfo& info, KelmoSurfaceCallback& c
     wasStroking_ = stroking;
     callback.setDisplayDirty(false);
     if (full && cache) cache->DropCaches();
-    return m_dopix && cache && cache->HasCacheFor(info.view(), info.inclusiveMatrix());
+    return m_dopix && cache && !settings.transforming &&
+           cache->HasCacheFor(info.view(), info.inclusiveMatrix());
 }
 
 void KelmoSurfaceShapeUI::getDrawRequests(const MDrawInfo& info, bool, MDrawRequestQueue& queue) {
@@ -79,6 +81,7 @@ void KelmoSurfaceShapeUI::getDrawRequests(const MDrawInfo& info, bool, MDrawRequ
         const bool full = MLDisplayCache::InitGLSL(false);
         settings = callback->getSettings();
         const auto& shared = MLDisplayCache::shared();
+        settings.transforming = IsAltOptionKeyPressed();
         settings.shaders &= full;
         settings.shadow &= settings.shaders && shared.shadow.IsInitOK();
         settings.ssao &= settings.shaders && shared.ssao.IsInitOK() && shared.ssaodepth.IsInitOK();

@@ -134,6 +134,7 @@ void MLDisplayCache::Pass(const Draw& draw, DrawKind kind) {
     }
     DrawPass pass{kind, &draw.projection, draw.dirty ? &draw.rect : nullptr};
     pass.stroking = owner_->IsStroking();
+    pass.transforming = settings_.transforming;
     if (level_ == 0 && delta_->HasLevelChanged())
         pass.thinning = std::max(nfaces_ / std::max(LNode::prefNumFacesDisplayFallback, 1), 1);
     for (LGLVoxel& voxel : voxels_) voxel.Draw(*this, pass);

@@ -122,8 +122,8 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
     }
 }
 
-// Light and occlusion are measured by a box that holds still in a stroke; one that pulls the surface
-// far out of it is lit as it is after its end.
+// Light and occlusion are measured by a box that holds still in a stroke; one that pulls the
+// surface far out of it is lit as it is after its end.
 TEST_F(PictureTest, AStrokeThatLeavesTheBoxIsLitAsWhenItEnds) {
     SetDoPix(1);
     Open();

@@ -203,6 +203,25 @@ TEST_F(ToolWindowTest, WithoutAStylusTheMouseSculpts) {
     Run("Kelmo -readPrefs");
 }
 
+/// While Alt is held, and so the view moved, a large mesh shows a level that draws fast.
+TEST_F(ToolWindowTest, AltShowsACoarserLevelOfALargeMesh) {
+    Must("global proc int KelmoGetNfDisplayFallbackPref() { return 15000; }");
+    Run("Kelmo -readPrefs");
+    Do(97);
+    Must("KelmoSculpt -mode 1; setAttr k.displayMode 1");
+    To(5, 5);
+    Settle();
+    const std::vector<unsigned char> fine = window_->Read().pixels;
+    Key(XK_Alt_L, true);
+    Settle();
+    EXPECT_TRUE(window_->Read().pixels != fine);
+    Key(XK_Alt_L, false);
+    Settle();
+    EXPECT_TRUE(window_->Read().pixels == fine);
+    Must("global proc int KelmoGetNfDisplayFallbackPref() { return 2250000; }");
+    Run("Kelmo -readPrefs");
+}
+
 /// The window may go while the tool is on.
 TEST_F(ToolWindowTest, WindowsMayGo) {
     Must("KelmoSculpt -mode 1");
