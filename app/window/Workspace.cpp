@@ -75,7 +75,7 @@ std::string Workspace::name() const {
 }
 
 bool Workspace::isDirty() const {
-    return dirty_;
+    return dirty_ && node.exists();
 }
 
 void Workspace::Clean() {
