@@ -161,10 +161,12 @@ bool Dialogs::DrawRecover(Desk& desk) {
             const std::string& file = session.record.file;
             ImGui::PushID(static_cast<int>(i));
             ImGui::TableNextColumn();
+            ImGui::AlignTextToFramePadding();
             ImGui::TextUnformatted(file.empty() ? "untitled"
                                                 : std::filesystem::path(file).filename().c_str());
             if (ImGui::IsItemHovered() && !file.empty()) ImGui::SetTooltip("%s", file.c_str());
             ImGui::TableNextColumn();
+            ImGui::AlignTextToFramePadding();
             ImGui::TextDisabled("%s, %d strokes", session.record.began.c_str(), session.strokes);
             ImGui::TableNextColumn();
             const bool confirmed = i == 0 && !ImGui::IsWindowAppearing() &&

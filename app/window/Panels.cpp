@@ -286,7 +286,10 @@ void DrawLevels(Desk& desk) {
                 .c_str());
         const std::string count = Thousands(level.faces) + " tri";
         ImGui::SameLine(ImGui::GetContentRegionMax().x - ImGui::CalcTextSize(count.c_str()).x);
-        ImGui::TextDisabled("%s", count.c_str());
+        if (i == node.activeLevel())
+            ImGui::TextUnformatted(count.c_str());
+        else
+            ImGui::TextDisabled("%s", count.c_str());
     }
     Button(desk, "addLevel", Half());
     ImGui::SameLine();
