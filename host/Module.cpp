@@ -107,11 +107,12 @@ constexpr CommandRow kCommands[] = {
     {"KelmoSubdivs", MakeNodeCommand<kKelmoSubdivsCmd>, MakeNodeSyntax<kKelmoSubdivsCmd>},
     {"KelmoRender", KelmoRenderCmd::creator, KelmoRenderCmd::newSyntax},
     {"KelmoJournal", KelmoJournalCmd::creator, KelmoJournalCmd::newSyntax},
+    {"KelmoTimes", KelmoTimesCmd::creator, nullptr},
 };
 constexpr const char* kCommandsDown[] = {
-    "KelmoVersion", "Kelmo",       "KelmoNew",     "KelmoTime",   "KelmoSetVer",
-    "KelmoDiag",    "KelmoSculpt", "KelmoSel",     "KelmoPick",   "KelmoNeutral",
-    "KelmoTarget",  "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal",
+    "KelmoVersion", "Kelmo",       "KelmoNew",     "KelmoTime",    "KelmoSetVer", "KelmoDiag",
+    "KelmoSculpt",  "KelmoSel",    "KelmoPick",    "KelmoNeutral", "KelmoTarget", "KelmoStroke",
+    "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoTimes",
 };
 
 /// Tells a failure by what was being done.

@@ -14,23 +14,7 @@ namespace kelmo {
 
 namespace {
 
-using Times = minihost::Window::FrameTimes;
-
 constexpr size_t kKept = 2000;
-
-FrameStats::Stage Measure(const char* name, const std::vector<Times>& frames, auto seconds) {
-    FrameStats::Stage stage{name};
-    std::vector<double> all;
-    for (const Times& frame : frames)
-        if (const double s = seconds(frame); s >= 0) all.push_back(s * 1000);
-    if (all.empty()) return stage;
-    stage.last = all.back();
-    stage.count = all.size();
-    std::ranges::sort(all);
-    stage.median = all[all.size() / 2];
-    stage.p95 = all[std::min(all.size() - 1, all.size() * 95 / 100)];
-    return stage;
-}
 
 }  // namespace
 
@@ -49,24 +33,43 @@ double SecondsSinceStart() {
            std::strtod(field.c_str(), nullptr) / ticks;
 }
 
-void FrameStats::Add(const Times& times) {
+FrameStats::Stage FrameStats::Measure(const char* name, const std::vector<Frame>& frames,
+                                      auto seconds) {
+    Stage stage{name};
+    std::vector<double> all;
+    for (const Frame& frame : frames)
+        if (const double s = seconds(frame); s >= 0) all.push_back(s * 1000);
+    if (all.empty()) return stage;
+    stage.last = all.back();
+    stage.count = all.size();
+    std::ranges::sort(all);
+    stage.median = all[all.size() / 2];
+    stage.p95 = all[std::min(all.size() - 1, all.size() * 95 / 100)];
+    return stage;
+}
+
+void FrameStats::Add(const minihost::Window::FrameTimes& times, const EventTimes& events) {
     if (start == 0) start = SecondsSinceStart();
     if (!times.drawn) return;
+    const Frame frame{times, events};
     if (frames_.size() < kKept)
-        frames_.push_back(times);
+        frames_.push_back(frame);
     else
-        frames_[next_++ % kKept] = times;
+        frames_[next_++ % kKept] = frame;
 }
 
 std::vector<FrameStats::Stage> FrameStats::Stages() const {
     return {
         Measure("event", frames_,
-                [](const Times& t) { return t.events > 0 ? t.dispatch / t.events : -1; }),
-        Measure("draw", frames_, [](const Times& t) { return t.view; }),
-        Measure("panels", frames_, [](const Times& t) { return t.surroundings; }),
-        Measure("swap", frames_, [](const Times& t) { return t.swap; }),
+                [](const Frame& t) { return t.events > 0 ? t.dispatch / t.events : -1; }),
+        Measure("hit", frames_, [](const Frame& t) { return t.hit; }),
+        Measure("step", frames_, [](const Frame& t) { return t.step; }),
+        Measure("recalc", frames_, [](const Frame& t) { return t.recalculation; }),
+        Measure("draw", frames_, [](const Frame& t) { return t.view; }),
+        Measure("panels", frames_, [](const Frame& t) { return t.surroundings; }),
+        Measure("swap", frames_, [](const Frame& t) { return t.swap; }),
         Measure("frame", frames_,
-                [](const Times& t) { return t.dispatch + t.view + t.surroundings + t.swap; }),
+                [](const Frame& t) { return t.dispatch + t.view + t.surroundings + t.swap; }),
     };
 }
 

@@ -17,7 +17,12 @@ class FrameStats {
         size_t count = 0;
     };
 
-    void Add(const minihost::Window::FrameTimes& times);
+    /// What of a frame's events the module tells apart, in seconds an event; below 0 for none.
+    struct EventTimes {
+        double hit = -1, step = -1, recalculation = -1;
+    };
+
+    void Add(const minihost::Window::FrameTimes& times, const EventTimes& events);
     /// Over the last frames in which the view was drawn.
     std::vector<Stage> Stages() const;
     /// Writes them as JSON; empty, or why not.
@@ -28,7 +33,11 @@ class FrameStats {
     double start = 0;
 
   private:
-    std::vector<minihost::Window::FrameTimes> frames_;
+    struct Frame : minihost::Window::FrameTimes, EventTimes {};
+
+    static Stage Measure(const char* name, const std::vector<Frame>& frames, auto seconds);
+
+    std::vector<Frame> frames_;
     size_t next_ = 0;
 };
 

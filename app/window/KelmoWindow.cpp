@@ -40,6 +40,20 @@ void Box(ImDrawList& list, ImVec2 corner, ImVec2 size, const std::string& text) 
     list.AddText(corner, IM_COL32(232, 232, 235, 255), text.c_str());
 }
 
+/// What the module measured since it was asked last.
+FrameStats::EventTimes AskEventTimes() {
+    const std::vector<std::string> told = RunScript("KelmoTimes", false).AsStrings();
+    FrameStats::EventTimes times;
+    if (told.size() != 5) return times;
+    const auto number = [&](size_t i) { return std::strtod(told[i].c_str(), nullptr); };
+    if (const double hits = number(3); hits > 0) times.hit = number(0) / hits / 1000;
+    if (const double steps = number(4); steps > 0) {
+        times.step = number(1) / steps / 1000;
+        times.recalculation = number(2) / steps / 1000;
+    }
+    return times;
+}
+
 }  // namespace
 
 KelmoWindow::KelmoWindow(const WindowOptions& options) : options_(options) {
@@ -73,7 +87,8 @@ bool KelmoWindow::Run(std::string& error) {
     Host::Get().idle.Add([this] { Start(); });
     if (!options_.timings.empty()) window_->Measure();
     window_->onFrame = [this](const minihost::Window::FrameTimes& times) {
-        desk_.stats.Add(times);
+        const bool asks = desk_.stats.shown || !options_.timings.empty();
+        desk_.stats.Add(times, asks ? AskEventTimes() : FrameStats::EventTimes());
     };
     window_->Run();
     WritePreferences();

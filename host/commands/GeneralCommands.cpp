@@ -1,12 +1,16 @@
 #include "host/commands/GeneralCommands.h"
 
 #include <maya/MArgDatabase.h>
+#include <maya/MDoubleArray.h>
 #include <maya/MGlobal.h>
+
+#include <utility>
 
 #include "core/sculpt/LNodeRecord.h"
 #include "host/commands/EditCommand.h"
 #include "host/gl/GLInfo.h"
 #include "host/ml/InterfaceProcedures.h"
+#include "host/ml/StageTimes.h"
 #include "host/nodes/KelmoRenderMessage.h"
 
 namespace VantrelSDK {
@@ -44,6 +48,17 @@ MStatus KelmoDiagCmd::doIt(const MArgList& words) {
         setResult(getGlMetrics());
     else
         return RunIfKnown("KelmoDiagnostic");
+    return MS::kSuccess;
+}
+
+MStatus KelmoTimesCmd::doIt(const MArgList&) {
+    const StageTimes taken = std::exchange(StageTimes::All(), {});
+    MDoubleArray answer;
+    for (const double seconds : {taken.hit, taken.step, taken.recalculation})
+        answer.append(seconds * 1000);
+    answer.append(taken.hits);
+    answer.append(taken.steps);
+    setResult(answer);
     return MS::kSuccess;
 }
 

@@ -21,6 +21,14 @@ class KelmoDiagCmd : public MPxCommand {
     MStatus doIt(const MArgList& words) override;
 };
 
+/// KelmoTimes: what the pointer's events took since it was asked last, in milliseconds: rays into
+/// the surface, steps of strokes, evaluation of what they moved; then how many rays and steps.
+class KelmoTimesCmd : public MPxCommand {
+  public:
+    static void* creator() { return new KelmoTimesCmd; }
+    MStatus doIt(const MArgList& words) override;
+};
+
 /// KelmoRender: what nodes do around a render; the host's render settings call it.
 class KelmoRenderCmd : public MPxCommand {
   public:

@@ -5,6 +5,7 @@
 #include "core/mesh/LMeshObject.h"
 #include "core/sculpt/LNode.h"
 #include "host/gl/GLFunctions.h"
+#include "host/ml/StageTimes.h"
 
 namespace VantrelSDK {
 
@@ -29,6 +30,7 @@ void MLDisplayCache::Clear(bool all) {
 }
 
 void MLDisplayCache::CalcChanged(bool vertNormals) {
+    const StageTimer timer(StageTimes::All().recalculation);
     LDisplayCache::CalcChanged(vertNormals);
     Follow(changedVerts_.Items());
 }

@@ -11,6 +11,7 @@
 #include "host/ml/Diagnostics.h"
 #include "host/ml/InterfaceProcedures.h"
 #include "host/ml/MLNode.h"
+#include "host/ml/StageTimes.h"
 #include "host/nodes/Finders.h"
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/NodeEvaluation.h"
@@ -133,9 +134,16 @@ void NodeEvaluation::Step() {
         const MMatrix toObject =
             MatrixOf(node_.plug(&N::m_moWorldToObj)) * MatrixOf(node_.plug(&N::m_moBrushadj));
         const MPoint place = MPoint(Row(brush, 3)) * toObject;
-        node_.Transform(place, node_.plug(&N::m_moScreenx).asFloat(),
-                        node_.plug(&N::m_moScreeny).asFloat(),
-                        TripleOf(node_.plug(&N::m_moBrushNorm)));
+        StageTimes& times = StageTimes::All();
+        const double evaluated = times.recalculation;
+        {
+            const StageTimer timer(times.step);
+            ++times.steps;
+            node_.Transform(place, node_.plug(&N::m_moScreenx).asFloat(),
+                            node_.plug(&N::m_moScreeny).asFloat(),
+                            TripleOf(node_.plug(&N::m_moBrushNorm)));
+        }
+        times.step -= times.recalculation - evaluated;
     } catch (const std::exception&) {
         Log("!!! exception in Transform !!!");
     }

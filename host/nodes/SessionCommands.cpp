@@ -5,6 +5,7 @@
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLMorphTarget.h"
 #include "host/ml/MLNode.h"
+#include "host/ml/StageTimes.h"
 #include "host/nodes/NodeCommands.h"
 
 namespace VantrelSDK {
@@ -58,8 +59,14 @@ void NodeCommands::PickByRay() {
     MPoint point;
     MVector normal;
     const MPoint origin = Triple(node_, &N::m_moRayPosX, &N::m_moRayPosY, &N::m_moRayPosZ);
-    const bool hit = node_.IntersectRay(
-        origin, Triple(node_, &N::m_moRayDirX, &N::m_moRayDirY, &N::m_moRayDirZ), point, normal);
+    bool hit = false;
+    {
+        const StageTimer timer(StageTimes::All().hit);
+        ++StageTimes::All().hits;
+        hit = node_.IntersectRay(origin,
+                                 Triple(node_, &N::m_moRayDirX, &N::m_moRayDirY, &N::m_moRayDirZ),
+                                 point, normal);
+    }
     Answer(hit ? 1 : 0);
     if (!hit) return;
     node_.plug(&N::m_moRayPosX).setValue(point.x);
