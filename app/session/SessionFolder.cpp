@@ -125,13 +125,19 @@ std::vector<LeftSession> FindLeftSessions() {
     return left;
 }
 
-bool IsOpenElsewhere(const std::string& file) {
+std::string PlaceOf(const std::string& file) {
+    std::error_code failed;
+    const fs::path place = fs::weakly_canonical(file, failed);
+    return file.empty() || failed ? file : place.string();
+}
+
+bool IsOpenElsewhere(const std::string& file, const fs::path& own) {
     for (const fs::path& folder : SessionFolders()) {
         FolderLock lock;
-        if (lock.Take(folder)) continue;
+        if (folder == own || lock.Take(folder)) continue;
         SessionRecord record;
         std::string error;
-        if (record.Read(folder, error) && record.file == file) return true;
+        if (record.Read(folder, error) && record.file == PlaceOf(file)) return true;
     }
     return false;
 }

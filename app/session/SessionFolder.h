@@ -61,8 +61,10 @@ struct LeftSession {
 
 /// All that have something to recover, the newest first. Takes away those that have nothing.
 std::vector<LeftSession> FindLeftSessions();
-/// Another running program has this file open.
-bool IsOpenElsewhere(const std::string& file);
+/// A running program whose session is in another folder than `own` has this file open.
+bool IsOpenElsewhere(const std::string& file, const std::filesystem::path& own);
+/// A file's path as sessions keep it.
+std::string PlaceOf(const std::string& file);
 /// For good.
 void ForgetSession(const LeftSession& session);
 

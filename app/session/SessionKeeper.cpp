@@ -50,7 +50,7 @@ std::string SessionKeeper::Ask(const std::string& what, const std::string& node)
 bool SessionKeeper::Checkpoint(const std::string& file, bool unsaved, std::string& error) {
     if (!IsOn()) return true;
     SessionRecord next = record_;
-    next.file = file.empty() ? "" : fs::absolute(file).lexically_normal().string();
+    next.file = PlaceOf(file);
     next.unsaved = unsaved;
     next.scene = fmt::format("scene-{}.mhb", ++checkpoints_);
     next.journals.clear();

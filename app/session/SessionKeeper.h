@@ -26,6 +26,8 @@ class SessionKeeper {
     /// Makes the folder of this session. False with the reason; sculpting goes on without.
     bool Begin(std::string& error);
     bool IsOn() const { return !folder_.empty(); }
+    /// Where; empty while nothing is kept.
+    const std::filesystem::path& folder() const { return folder_; }
     /// Takes the scene as it is, and begins the journals anew. `file` is what is open, `unsaved`:
     /// the scene holds what is in no file. What was kept before counts until this is on disk. False
     /// with the reason.

@@ -14,7 +14,7 @@ void SessionGuard::Begin(bool record) {
     std::string error;
     if (!keeper_.Begin(error)) Tell(error);
     work_.opened = [this](const std::string& path) {
-        if (IsOpenElsewhere(path))
+        if (IsOpenElsewhere(path, keeper_.folder()))
             Host::Get().output().Warning(
                 path + " is open in another window too: the one that saves last wins");
         Take(false);
