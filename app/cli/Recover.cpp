@@ -1,5 +1,7 @@
 #include <fmt/core.h>
 
+#include <algorithm>
+
 #include "app/cli/Commands.h"
 #include "app/session/SessionKeeper.h"
 #include "minihost/Host.h"
@@ -22,10 +24,14 @@ const LeftSession* Choose(const std::vector<LeftSession>& left, const std::strin
     return nullptr;
 }
 
+bool HasEnding(const std::string& path, std::initializer_list<const char*> endings) {
+    return std::ranges::any_of(endings, [&](const char* ending) { return path.ends_with(ending); });
+}
+
 /// The scene, or with the sessions closed, which show what came in, as OBJ the meshes at the levels
 /// that are worked on.
 bool WriteOut(minihost::Host& host, const std::string& path, std::string& error) {
-    const bool obj = path.ends_with(".obj");
+    const bool obj = HasEnding(path, {".obj"});
     const std::string script =
         obj ? "for ($node in `ls -type KelmoND`) { setAttr ($node + \".commnad\") 91;"
               "setAttr ($node + \".execute0\") 1; int $level = `getAttr ($node + \".param0\")`;"
@@ -72,6 +78,8 @@ int RunRecover(const RecoverOptions& options) {
         return Fail(options.session.empty()
                         ? "several sessions were left; say which one: kelmo recover lists them"
                         : options.session + ": there is no such session; kelmo recover lists them");
+    if (!options.out.empty() && !HasEnding(options.out, {".mhs", ".mhb", ".obj"}))
+        return Fail(options.out + ": give it the ending of a scene (.mhs, .mhb) or a mesh (.obj)");
     if (!options.out.empty())
         if (const int failure = Recover(*session, options.out)) return failure;
     if (options.forget) ForgetSession(*session);

@@ -39,7 +39,10 @@ bool SessionKeeper::Begin(std::string& error) {
 }
 
 std::vector<std::string> SessionKeeper::Nodes() const {
-    return host_.interpreter.Execute("ls -type KelmoND").value.AsStrings();
+    std::vector<std::string> names;
+    for (const minihost::NodePtr& node : host_.scene.NodesOfType("KelmoND"))
+        names.push_back(node->UniqueName());
+    return names;
 }
 
 std::string SessionKeeper::Ask(const std::string& what, const std::string& node) const {

@@ -174,12 +174,7 @@ void Actions::AddFile(Desk& desk) {
          "Quit",
          "Ctrl+Q",
          "Closes the window. Unsaved work is asked about.",
-         [&desk] {
-             desk.AskThen([&desk] {
-                 desk.work.Close();
-                 desk.window->Close();
-             });
-         },
+         [&desk] { desk.AskThen([&desk] { desk.window->Close(); }); },
          {},
          ""});
 }

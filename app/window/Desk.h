@@ -32,7 +32,6 @@ struct Desk {
         Import,
         SaveAs,
         Export,
-        Close,
         Unsaved,
         About,
         Keys,

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "app/cli/ModuleHost.h"
 #include "app/window/Desk.h"
 #include "app/window/FalloffCurve.h"
 #include "app/window/Panels.h"
@@ -71,7 +72,7 @@ void Put(const FalloffCurve& curve, bool second) {
     Host& host = Host::Get();
     if (host.tools.ClassOf(host.tools.current()) != "KelmoToolContext") return;
     RunScript(std::string("KelmoToolContext -e ") + (second ? "-ff2 " : "-ff ") +
-                  Quoted(curve.Text()) + " " + host.tools.current(),
+                  ScriptText(curve.Text()) + " " + host.tools.current(),
               false);
 }
 

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "app/cli/ModuleHost.h"
 #include "app/window/SculptNode.h"
 #include "minihost/base/WholeFile.h"
 
@@ -47,13 +48,15 @@ void TakeOptionVars(const Json& vars) {
     if (!vars.is_object()) return;
     for (const auto& [name, value] : vars.items()) {
         if (value.is_number_integer())
-            RunScript(fmt::format("optionVar -iv {} {}", Quoted(name), value.get<int>()), false);
+            RunScript(fmt::format("optionVar -iv {} {}", ScriptText(name), value.get<int>()),
+                      false);
         else if (value.is_number())
-            RunScript(fmt::format("optionVar -fv {} {}", Quoted(name), value.get<double>()), false);
+            RunScript(fmt::format("optionVar -fv {} {}", ScriptText(name), value.get<double>()),
+                      false);
         else if (value.is_string())
-            RunScript(
-                fmt::format("optionVar -sv {} {}", Quoted(name), Quoted(value.get<std::string>())),
-                false);
+            RunScript(fmt::format("optionVar -sv {} {}", ScriptText(name),
+                                  ScriptText(value.get<std::string>())),
+                      false);
     }
 }
 
@@ -62,7 +65,7 @@ Json OptionVars() {
     const minihost::Value names = RunScript("optionVar -list", false);
     for (size_t i = 0; i < names.Size(); ++i) {
         const std::string name = names.Element(i).AsString();
-        const minihost::Value value = RunScript("optionVar -q " + Quoted(name), false);
+        const minihost::Value value = RunScript("optionVar -q " + ScriptText(name), false);
         if (value.GetType() == minihost::Value::Type::Int)
             vars[name] = value.AsInt();
         else if (value.IsNumber())

@@ -58,15 +58,6 @@ minihost::Value RunScript(const std::string& script, bool keep, bool* good) {
     return result.value;
 }
 
-std::string Quoted(const std::string& text) {
-    std::string quoted = "\"";
-    for (const char c : text) {
-        if (c == '"' || c == '\\') quoted += '\\';
-        quoted += c;
-    }
-    return quoted + "\"";
-}
-
 std::vector<std::string> SculptNode::Meshes() {
     std::vector<std::string> names;
     for (const NodePtr& node : Host::Get().scene.NodesOfType("mesh")) {

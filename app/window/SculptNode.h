@@ -63,7 +63,5 @@ class SculptNode {
 /// Runs a script; what it answers. Errors go to the host's output. `keep` false: the undo queue
 /// does not know of it.
 minihost::Value RunScript(const std::string& script, bool keep = true, bool* good = nullptr);
-/// As the command language reads a text.
-std::string Quoted(const std::string& text);
 
 }  // namespace kelmo

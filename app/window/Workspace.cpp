@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "app/cli/ModuleHost.h"
 #include "app/window/MeshExchange.h"
 #include "core/io/MeshFile.h"
 #include "minihost/dag/DagNode.h"
@@ -90,7 +91,7 @@ bool Workspace::Read(const std::string& path) {
     if (EndsWith(path, ".ply")) return ImportPly(path);
     bool good = false;
     const char* how = IsScene(path) ? "-open" : "-import";
-    RunScript(fmt::format("file {} {}", how, Quoted(path)), false, &good);
+    RunScript(fmt::format("file {} {}", how, ScriptText(path)), false, &good);
     // What nodes do at a new time, which takes the tool away.
     Host::Get().idle.Flush();
     return good;
@@ -138,7 +139,7 @@ bool Workspace::Import(const std::string& path) {
 bool Workspace::Save() {
     if (path_.empty()) return Fails("the scene has no name yet: save it under one");
     bool good = false;
-    RunScript("file -rename " + Quoted(path_) + "; file -save", false, &good);
+    RunScript("file -rename " + ScriptText(path_) + "; file -save", false, &good);
     if (!good) return false;
     dirty_ = false;
     Host::Get().output().Info("saved " + path_);
@@ -171,10 +172,6 @@ bool Workspace::Export(const std::string& path) {
     Host::Get().output().Info(
         fmt::format("exported {} polygons to {}", mesh->polygons().count(), path));
     return true;
-}
-
-void Workspace::Close() {
-    if (closing) closing();
 }
 
 bool Workspace::SelectMesh() {

@@ -25,8 +25,6 @@ class Workspace {
     bool SaveAs(const std::string& path);
     /// Writes the sculpted surface, at the level that is active, as OBJ or PLY.
     bool Export(const std::string& path);
-    /// Before the program ends, when what was not saved is given up or saved.
-    void Close();
 
     /// The scene's file; empty while it has none. A mesh that was opened is its source, and is not
     /// written by Save.
@@ -45,7 +43,6 @@ class Workspace {
 
     /// Who keeps a journal is told of these. `opened` and `saved` with the path.
     std::function<void(const std::string&)> opened, saved;
-    std::function<void()> closing;
     /// Is told of a node that was made for a mesh.
     std::function<void(SculptNode&)> made;
 

@@ -109,6 +109,9 @@ TEST_F(Recovery, TheNextStartOffersItBack) {
     PressWith({XK_Control_L}, XK_z);
     const PolyMesh sculpted = Export();
     Kill();
+    const Outcome wrong = Shell(std::string(paths::kProgram) + " recover --out x.ply");
+    EXPECT_EQ(wrong.code, 1);
+    EXPECT_THAT(wrong.text, HasSubstr("x.ply: give it the ending of a scene"));
     Start({});
     Press(XK_Return);
     Rest();
