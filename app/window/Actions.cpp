@@ -165,7 +165,7 @@ void Actions::AddFile(Desk& desk) {
          "File",
          "Export...",
          "Ctrl+E",
-         "Writes the sculpted surface, at the level that is active, as OBJ or PLY.",
+         "Writes the sculpted surface, at its finest level, as OBJ or PLY.",
          show(Desk::Dialog::Export),
          {},
          ""});

@@ -23,7 +23,7 @@ class Workspace {
     /// Writes the scene to its file. False without a name: see SaveAs.
     bool Save();
     bool SaveAs(const std::string& path);
-    /// Writes the sculpted surface, at the level that is active, as OBJ or PLY.
+    /// Writes the sculpted surface, at its finest level, as OBJ or PLY.
     bool Export(const std::string& path);
 
     /// The scene's file; empty while it has none. A mesh that was opened is its source, and is not

@@ -144,6 +144,9 @@ void Window::Impl::MakeShell(const Options& options) {
     Display* display = x_->display();
     const Colormap colors =
         XCreateColormap(display, RootWindow(display, visual.screen), visual.visual, AllocNone);
+    // On a small screen all of it is seen.
+    const int width = std::min(options.width, DisplayWidth(display, visual.screen)),
+              height = std::min(options.height, DisplayHeight(display, visual.screen));
     Arg arguments[12];
     Cardinal n = 0;
     const auto add = [&](const char* name, XtArgVal value) {
@@ -153,15 +156,15 @@ void Window::Impl::MakeShell(const Options& options) {
     add(XtNvisual, reinterpret_cast<XtArgVal>(visual.visual));
     add(XtNdepth, visual.depth);
     add(XtNcolormap, static_cast<XtArgVal>(colors));
-    add(XtNwidth, options.width);
-    add(XtNheight, options.height);
+    add(XtNwidth, width);
+    add(XtNheight, height);
     add(XtNinput, True);
     add(XtNborderWidth, 0);
     add(XtNtitle, reinterpret_cast<XtArgVal>(options.title.c_str()));
     shell_ = XtAppCreateShell("kelmo", "Kelmo", applicationShellWidgetClass, display, arguments, n);
     n = 0;
-    add(XtNwidth, options.width);
-    add(XtNheight, options.height);
+    add(XtNwidth, width);
+    add(XtNheight, height);
     add(XtNborderWidth, 0);
     area_ = XtCreateManagedWidget("area", compositeWidgetClass, shell_, arguments, n);
     n = 0;
