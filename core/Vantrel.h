@@ -97,6 +97,7 @@
 #include "core/sculpt/LNodeSettings.h"
 #include "core/sculpt/LThreadGroup.h"
 #include "core/sculpt/NormalSmoother.h"
+#include "core/sculpt/ScreenMask.h"
 #include "core/sculpt/StrokeListener.h"
 #include "core/sculpt/StrokePlayer.h"
 #include "core/sculpt/StrokeRecorder.h"

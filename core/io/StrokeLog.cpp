@@ -34,6 +34,7 @@ constexpr Range AnyInt{INT_MIN, INT_MAX, "a whole number in the range of an int"
 constexpr Range Count{0, INT_MAX, "a whole number from 0"};
 constexpr Range Mode{0, 19, "a whole number from 0 to 19"};
 constexpr Range Curve{1, 2, "1 or 2"};
+constexpr Range Side{1, ScreenMask::kMostSide, "a whole number from 1 to 32768"};
 constexpr Range Unit{0, 1, "a number from 0 to 1"};
 constexpr Range Positive{std::numeric_limits<float>::denorm_min(), MaxFloat, "a number above 0"};
 constexpr Range AnyFloat{-MaxFloat, MaxFloat, "a number in the range of a float"};
@@ -113,6 +114,14 @@ void VisitFields(Visitor& field, Op& op) {
 template <class Visitor, Is<PaintOp> Op>
 void VisitFields(Visitor& field, Op& op) {
     field("edit", op.edit);
+}
+
+template <class Visitor, Is<MaskOp> Op>
+void VisitFields(Visitor& field, Op& op) {
+    field("width", op.mask.width, Side);
+    field("height", op.mask.height, Side);
+    field("to_clip", op.mask.toClip);
+    field("runs", op.mask.runs, Count);
 }
 
 template <class Visitor, class Op>
@@ -265,6 +274,12 @@ bool Convert(double number, const Range& range, int& to) {
     return good;
 }
 
+bool Convert(std::span<const double> numbers, const Range& range, std::vector<int>& to) {
+    to.resize(numbers.size());
+    return std::equal(numbers.begin(), numbers.end(), to.begin(),
+                      [&](double from, int& whole) { return Convert(from, range, whole); });
+}
+
 bool Convert(std::span<const double> numbers, std::initializer_list<float*> to) {
     return numbers.size() == to.size() &&
            std::equal(numbers.begin(), numbers.end(), to.begin(),
@@ -319,12 +334,19 @@ class FieldReader {
     }
     void operator()(const char* name, std::optional<std::vector<int>>& to, const Range& range) {
         Read<std::vector<double>>(
-            name, "polygon numbers, whole and from 0", Presence::Optional, [&](auto& numbers) {
-                to.emplace(numbers.size());
-                return std::equal(
-                    numbers.begin(), numbers.end(), to->begin(),
-                    [&](double from, int& face) { return Convert(from, range, face); });
-            });
+            name, "polygon numbers, whole and from 0", Presence::Optional,
+            [&](auto& numbers) { return Convert(numbers, range, to.emplace()); });
+    }
+    void operator()(const char* name, std::vector<int>& to, const Range& range) {
+        Read<std::vector<double>>(name, "whole numbers from 0", Presence::Needed,
+                                  [&](auto& numbers) { return Convert(numbers, range, to); });
+    }
+    void operator()(const char* name, std::array<double, 16>& to) {
+        Read<std::vector<double>>(name, "16 numbers", Presence::Needed, [&](auto& numbers) {
+            if (numbers.size() != to.size()) return false;
+            std::ranges::copy(numbers, to.begin());
+            return std::ranges::all_of(to, [](double number) { return std::isfinite(number); });
+        });
     }
     void operator()(const char* name, bool& to) {
         Read<bool>(name, "true or false", Presence::Needed, [&](bool b) { return to = b, true; });
@@ -503,6 +525,7 @@ class FieldWriter {
     void Append(const std::vector<T>& values) {
         AppendAll(values);
     }
+    void Append(const std::array<double, 16>& values) { AppendAll(values); }
     void AppendAll(const auto& values) {
         char before = '[';
         for (const auto& value : values) {

@@ -13,6 +13,7 @@
 #include "core/math/LPoint3.h"
 #include "core/paint/PaintEdit.h"
 #include "core/sculpt/LNodeSettings.h"
+#include "core/sculpt/ScreenMask.h"
 
 namespace VantrelSDK {
 
@@ -194,6 +195,21 @@ struct PaintOp {
     bool operator==(const PaintOp&) const = default;
 };
 
+/// Brushes reach what this lets them.
+struct MaskOp {
+    static constexpr std::string_view Name = "mask";
+
+    ScreenMask mask;
+
+    bool operator==(const MaskOp&) const = default;
+};
+
+/// Brushes reach all again.
+struct UnmaskOp {
+    static constexpr std::string_view Name = "unmask";
+    bool operator==(const UnmaskOp&) const = default;
+};
+
 /// Closes the session; the next press opens another.
 struct FinishOp {
     static constexpr std::string_view Name = "finish";
@@ -203,7 +219,7 @@ struct FinishOp {
 using StrokeOp =
     std::variant<SetOp, FalloffOp, SubdivideOp, DeleteLevelOp, LevelOp, PressOp, MoveOp, ReleaseOp,
                  UndoOp, ModifiersOp, SelectOp, HideOp, ShowOp, StoreOp, LoadOp, ApplyOp, NeutralOp,
-                 ClearNeutralOp, PaintOp, FinishOp>;
+                 ClearNeutralOp, PaintOp, MaskOp, UnmaskOp, FinishOp>;
 
 /// The name of an operation in the log, such as "delete_level".
 std::string_view OpName(const StrokeOp& op);

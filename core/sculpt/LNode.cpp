@@ -449,10 +449,15 @@ const LFalloffCache* LNode::PaintCurve() {
 }
 
 const LDynMask* LNode::GetMask() const {
+    if (playedMask_) return playedMask_.get();
     const int active = getActiveMask();
     if (!getUseMasks() || active < 0 || active >= static_cast<int>(ldynmasks_.size()))
         return nullptr;
     return ldynmasks_[active];
+}
+
+void LNode::PlayMask(std::unique_ptr<LDynMask> mask) {
+    playedMask_ = std::move(mask);
 }
 
 LPoint3 LNode::MirrorPosition(const LPoint3& p) {

@@ -344,6 +344,9 @@ class LNode : public LTargetLists {
     /// Masks in use; null is none.
     const LDynMask* GetMask() const;
     void AddMask(LDynMask* mask) { ldynmasks_.push_back(mask); }
+    const std::vector<LDynMask*>& ldynmasks() const { return ldynmasks_; }
+    /// In the place of all others until it is null: the one that a log was recorded with.
+    void PlayMask(std::unique_ptr<LDynMask> mask);
     /// The stamp in use (borrowed); null is none.
     const LPattern* GetActivePattern() const { return activePattern_; }
     void SetActivePattern(const LPattern* pattern) { activePattern_ = pattern; }
@@ -587,6 +590,7 @@ class LNode : public LTargetLists {
     LinearFalloff linearFalloff2_;
     std::unique_ptr<ILRandGenerator> rgen_;
     std::vector<LDynMask*> ldynmasks_;
+    std::unique_ptr<LDynMask> playedMask_;
     const LPattern* activePattern_ = nullptr;
     StrokeListener* listener_ = nullptr;
     /// Counts changes of the surface, so that a level's caches know whether they show it.

@@ -3,6 +3,7 @@
 #include <new>
 
 #include "core/io/Quoted.h"
+#include "core/sculpt/LDynMask.h"
 
 namespace VantrelSDK {
 
@@ -12,6 +13,7 @@ StrokePlayer::StrokePlayer(StrokeTarget& target) : target_(target), node_(target
 }
 
 StrokePlayer::~StrokePlayer() {
+    node_.PlayMask(nullptr);
     SetShiftPressed(false);
     SetCtrlPressed(false);
 }
@@ -158,6 +160,17 @@ bool StrokePlayer::Do(const ClearNeutralOp&, std::string& error) {
 
 bool StrokePlayer::Do(const PaintOp& op, std::string&) {
     node_.EditPaint(op.edit);
+    return true;
+}
+
+bool StrokePlayer::Do(const MaskOp& op, std::string& error) {
+    if (!op.mask.Check(error)) return false;
+    node_.PlayMask(std::make_unique<LDynMask>(op.mask));
+    return true;
+}
+
+bool StrokePlayer::Do(const UnmaskOp&, std::string&) {
+    node_.PlayMask(nullptr);
     return true;
 }
 

@@ -14,7 +14,7 @@ class StrokePlayer {
   public:
     /// Borrowed; it has a mesh. Lets go of the modifier keys: a log begins so.
     explicit StrokePlayer(StrokeTarget& target);
-    /// Lets go of the modifier keys.
+    /// Lets go of the modifier keys and of a mask.
     ~StrokePlayer();
 
     /// Opens the sculpt session that strokes need, when it is not open. False, with the reason,
@@ -47,6 +47,8 @@ class StrokePlayer {
     bool Do(const NeutralOp& op, std::string& error);
     bool Do(const ClearNeutralOp& op, std::string& error);
     bool Do(const PaintOp& op, std::string& error);
+    bool Do(const MaskOp& op, std::string& error);
+    bool Do(const UnmaskOp& op, std::string& error);
     bool Do(const FinishOp& op, std::string& error);
     LMorphTarget* Find(const std::string& target, std::string& error) const;
     bool CheckPolygons(const std::vector<int>& polygons, std::string& error) const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "core/sculpt/LDynMask.h"
 #include "core/sculpt/LNode.h"
 
 namespace VantrelSDK {
@@ -108,6 +109,16 @@ void StrokeRecorder::AddModifiers() {
     for (const std::string_view name : kModeSettings) AddSetting(name, mode);
 }
 
+void StrokeRecorder::AddMask() {
+    const LDynMask* mask = target_.node().GetMask();
+    if (mask ? mask_ == mask->picture() : !mask_) return;
+    if (mask)
+        Add(MaskOp{mask->picture()});
+    else
+        Add(UnmaskOp{});
+    mask_ = mask ? std::optional(mask->picture()) : std::nullopt;
+}
+
 /// Polygons that are hidden, or those that are selected.
 std::vector<int> StrokeRecorder::PolygonsWhere(bool hidden) {
     const LMeshObject* object = target_.node().lobject();
@@ -128,6 +139,7 @@ void StrokeRecorder::Pressed(const LPoint3& pos, const LPoint3& dir, const LPoin
     mode_ = -1;
     AddSettings();
     AddModifiers();
+    AddMask();
     Add(PressOp{mode, pos, dir, orth, normal, screen, radius, target_.GetPressure()});
     inStroke_ = true;
 }

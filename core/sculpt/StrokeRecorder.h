@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -59,6 +60,7 @@ class StrokeRecorder : public StrokeListener {
     void AddSet(std::string_view name, int index, const SettingValue& value);
     void AddFalloff(int curve);
     void AddModifiers();
+    void AddMask();
     std::vector<int> PolygonsWhere(bool hidden);
 
     StrokeTarget& target_;
@@ -66,6 +68,7 @@ class StrokeRecorder : public StrokeListener {
     std::map<Key, SettingValue> written_;
     Ramp falloffs_[2];
     std::vector<int> hidden_, selected_;
+    std::optional<ScreenMask> mask_;
     bool shift_ = false, ctrl_ = false, inStroke_ = false, settingsChanged_ = false;
     bool broken_ = false;
     /// Strokes written that may be taken back.

@@ -74,6 +74,8 @@ TEST(StrokeLog, ReadsEveryOperation) {
 {"op":"neutral"}
 {"op":"clear_neutral"}
 {"op":"paint","edit":"color_to_stencil"}
+{"op":"mask","width":3,"height":2,"to_clip":[1,0,0,0,0,1,0,0,0,0,0.1,0,-0.0,0,0,1],"runs":[0,2]}
+{"op":"unmask"}
 {"op":"finish"})");
     const std::vector<StrokeOp> expected = {
         SetOp{"symmetry", 1.0, {}},
@@ -97,6 +99,8 @@ TEST(StrokeLog, ReadsEveryOperation) {
         NeutralOp{},
         ClearNeutralOp{},
         PaintOp{PaintEdit::ColorToStencil},
+        MaskOp{{3, 2, {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0.1, 0, -0.0, 0, 0, 1}, {0, 2}}},
+        UnmaskOp{},
         FinishOp{},
     };
     EXPECT_EQ(log.error, "");

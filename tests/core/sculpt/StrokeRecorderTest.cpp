@@ -141,8 +141,19 @@ std::vector<int> SomeFaces() {
     return *rc::gen::container<std::vector<int>>(rc::gen::inRange(0, 80));
 }
 
+/// Sees the mesh along z, in stripes.
+MaskOp AnyMask() {
+    MaskOp op{{*rc::gen::inRange(2, 40), *rc::gen::inRange(2, 40), {}, {}}};
+    for (size_t i = 0; i < 4; ++i) op.mask.toClip[i * 5] = i < 2 ? 0.7 : 1;
+    for (auto left = static_cast<int>(op.mask.NumPixels()); left > 0;) {
+        op.mask.runs.push_back(std::min(left, *rc::gen::inRange(0, 60)));
+        left -= op.mask.runs.back();
+    }
+    return op;
+}
+
 std::vector<StrokeOp> AnyEdit() {
-    switch (*rc::gen::inRange(0, 12)) {
+    switch (*rc::gen::inRange(0, 14)) {
         case 0:
             return {UndoOp{}};
         case 1:
@@ -165,6 +176,10 @@ std::vector<StrokeOp> AnyEdit() {
             return {NeutralOp{}};
         case 10:
             return {AnySetting(), AnySetting()};
+        case 11:
+            return {AnyMask()};
+        case 12:
+            return {UnmaskOp{}};
         default:
             return AnyStroke();
     }
