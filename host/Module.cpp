@@ -103,6 +103,7 @@ constexpr CommandRow kCommands[] = {
     {"KelmoPick", KelmoPickCmd::creator, nullptr},
     {"KelmoNeutral", MakeNodeCommand<kKelmoNeutralCmd>, MakeNodeSyntax<kKelmoNeutralCmd>},
     {"KelmoTarget", MakeNodeCommand<kKelmoTargetCmd>, MakeNodeSyntax<kKelmoTargetCmd>},
+    {"KelmoMasks", MakeNodeCommand<kKelmoMasksCmd>, MakeNodeSyntax<kKelmoMasksCmd>},
     {"KelmoStroke", KelmoStrokeCmd::creator, nullptr},
     {"KelmoSubdivs", MakeNodeCommand<kKelmoSubdivsCmd>, MakeNodeSyntax<kKelmoSubdivsCmd>},
     {"KelmoRender", KelmoRenderCmd::creator, KelmoRenderCmd::newSyntax},
@@ -110,9 +111,9 @@ constexpr CommandRow kCommands[] = {
     {"KelmoTimes", KelmoTimesCmd::creator, nullptr},
 };
 constexpr const char* kCommandsDown[] = {
-    "KelmoVersion", "Kelmo",       "KelmoNew",     "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoSculpt",  "KelmoSel",    "KelmoPick",    "KelmoNeutral", "KelmoTarget", "KelmoStroke",
-    "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoTimes",
+    "KelmoVersion", "Kelmo",        "KelmoNew",    "KelmoTime",    "KelmoSetVer", "KelmoDiag",
+    "KelmoSculpt",  "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget", "KelmoMasks",
+    "KelmoStroke",  "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoTimes",
 };
 
 /// Tells a failure by what was being done.

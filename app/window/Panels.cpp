@@ -242,6 +242,21 @@ void DrawBrushSettings(Desk& desk) {
            "Mirrors each stroke in a plane through the origin. Key: X");
 }
 
+void DrawMask(Desk& desk) {
+    Toggle(desk, "Mask", "dynMasksOn",
+           "Keeps brushes off where the view shows it red. It follows when the view stands still.");
+    const SculptNode& node = desk.work.node;
+    if (!node.Is("dynMasksOn")) return;
+    Choice(desk, "Keeps off", "dynMaskActive",
+           {{"What faces the view", 0}, {"What turns away", 1}, {"What lies open", 2}},
+           "What brushes do not reach.");
+    Slider(desk, "Amount", "dynMaksCeiling", -1, 0, 1, "%.2f", "How much of it is kept off.");
+    if (node.Int("dynMaskActive") == 2) return;
+    IntSlider(desk, "Turn", "dynMaskAlt", -180, 180,
+              "The direction that counts, in degrees around; 0 is the view's.");
+    IntSlider(desk, "Height", "dynMaskAzm", -180, 0, "Its height: -90 is the view's.");
+}
+
 void DrawLeft(Desk& desk, const WindowPlace& place) {
     const Pane pane("left", place, ImGuiWindowFlags_AlwaysVerticalScrollbar);
     Button(desk, "sculpt", Half());
@@ -260,6 +275,7 @@ void DrawLeft(Desk& desk, const WindowPlace& place) {
     DrawBrushSettings(desk);
     Heading(desk, "Falloff");
     DrawFalloffEditor(desk);
+    DrawMask(desk);
 }
 
 std::string Thousands(int number) {

@@ -1,5 +1,7 @@
 #include "host/commands/ObjectCommands.h"
 
+#include <maya/MFnDependencyNode.h>
+
 #include "host/ml/MLNode.h"
 #include "host/nodes/Finders.h"
 
@@ -13,6 +15,7 @@ constexpr auto kUnsigned = MSyntax::kUnsigned;
 constexpr auto kLong = MSyntax::kLong;
 constexpr auto kBoolean = MSyntax::kBoolean;
 constexpr auto kString = MSyntax::kString;
+constexpr auto kDouble = MSyntax::kDouble;
 
 /// The name of a target, or the one that it has by its number.
 MStatus AskTargetName(NodeCall& call) {
@@ -72,6 +75,57 @@ constexpr NodeFlag kNeutralFlags[] = {
     {.brief = "z", .name = "iszero", .query = Ask(194)},
 };
 
+/// Sets what the flag asks about, and has the active mask drawn anew.
+MStatus EditMask(NodeCall& call) {
+    double value = 0;
+    if (!call.Argument(0, value)) return MS::kFailure;
+    const MPlug plug = MFnDependencyNode(call.node).findPlug(call.flag.query.plug);
+    call.command.Edits().newPlugValueDouble(plug, value);
+    if (const MStatus done = call.command.Edits().doIt(); !done) return done;
+    NodeProtocol(call.node).Ask(213);
+    return MS::kSuccess;
+}
+
+constexpr NodeFlag kMasksFlags[] = {
+    {.brief = "u",
+     .name = "douse",
+     .arguments = {kUnsigned},
+     .edit = Call(EditMask),
+     .query = Plug("dynMasksOn")},
+    {.brief = "t", .name = "total", .query = Ask(211)},
+    {.brief = "a", .name = "active", .query = Plug("dynMaskActive")},
+    {.brief = "ac",
+     .name = "activate",
+     .arguments = {kUnsigned},
+     .edit = Call(EditMask),
+     .query = Plug("dynMaskActive")},
+    {.brief = "n",
+     .name = "name",
+     .arguments = {kUnsigned},
+     .query = Ask(212, Answer::kText),
+     .queryArguments = 1},
+    {.brief = "c",
+     .name = "ceiling",
+     .arguments = {kDouble},
+     .edit = Call(EditMask),
+     .query = Plug("dynMaksCeiling")},
+    {.brief = "g",
+     .name = "gamma",
+     .arguments = {kDouble},
+     .edit = Call(EditMask),
+     .query = Plug("dynMaksGamma")},
+    {.brief = "al",
+     .name = "altitude",
+     .arguments = {kLong},
+     .edit = Call(EditMask),
+     .query = Plug("dynMaskAlt")},
+    {.brief = "az",
+     .name = "azimuth",
+     .arguments = {kLong},
+     .edit = Call(EditMask),
+     .query = Plug("dynMaskAzm")},
+};
+
 constexpr NodeFlag kSubdivsFlags[] = {
     {.brief = "tl", .name = "total", .query = Ask(90)},
     {.brief = "ac", .name = "active", .arguments = {kUnsigned}, .edit = Run(92), .query = Ask(91)},
@@ -124,6 +178,7 @@ constexpr NodeFlag kSubdivsFlags[] = {
 
 const NodeCommandTable kKelmoTargetCmd{"KelmoTargetCmd", kTargetFlags};
 const NodeCommandTable kKelmoNeutralCmd{"KelmoNeutralCmd", kNeutralFlags};
+const NodeCommandTable kKelmoMasksCmd{"KelmoMasksCmd", kMasksFlags};
 const NodeCommandTable kKelmoSubdivsCmd{"KelmoSubdivsCmd", kSubdivsFlags};
 
 }  // namespace VantrelSDK

@@ -4,8 +4,9 @@
 
 namespace VantrelSDK {
 
-// One command for each kind of object that a node holds: KelmoTarget, KelmoNeutral, KelmoSubdivs.
+// One command for each kind of object that a node holds: KelmoTarget, KelmoNeutral, KelmoMasks,
+// KelmoSubdivs.
 
-extern const NodeCommandTable kKelmoTargetCmd, kKelmoNeutralCmd, kKelmoSubdivsCmd;
+extern const NodeCommandTable kKelmoTargetCmd, kKelmoNeutralCmd, kKelmoMasksCmd, kKelmoSubdivsCmd;
 
 }  // namespace VantrelSDK

@@ -53,6 +53,11 @@ DisplaySettings DisplaySettings::Of(const MLNode& node) {
     s.underVectors = on(&N::m_moUnderVect);
     s.underSkin = on(&N::m_moUnderSkin);
     s.underSkinSolid = on(&N::m_moUnderSkinSolid);
+    s.mask.active = node.GetMask() ? node.getActiveMask() : -1;
+    s.mask.ceiling = node.plug(&N::m_moDynMaksCeiling).asFloat();
+    s.mask.gamma = node.plug(&N::m_moDynMaksGamma).asFloat();
+    s.mask.altitude = whole(&N::m_moDynMaskAlt);
+    s.mask.azimuth = whole(&N::m_moDynMaskAzm);
     return s;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/gl/MaskSettings.h"
+
 namespace VantrelSDK {
 
 class MLNode;
@@ -20,6 +22,8 @@ struct DisplaySettings {
     bool useStencil = false, invertStencil = false;
     bool underNormals = false, underTangents = false, underVectors = false, underSkin = false,
          underSkinSolid = false;
+
+    MaskSettings mask;
 
     /// The view is being moved by hand: a picture at once, of a coarser level where the mesh is
     /// large, rather than a fine one later.

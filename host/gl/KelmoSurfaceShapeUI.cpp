@@ -57,7 +57,8 @@ bool KelmoSurfaceShapeUI::IsDirty(const MDrawInfo& info, KelmoSurfaceCallback& c
     MLDisplayCache* cache = callback.cache();
     const Look look{settings, callback.getDisplayLvl()};
     const bool stroking = callback.getIsStroking();
-    const bool full = !(look == last_) || (wasStroking_ && !stroking) || callback.getDisplayDirty();
+    const bool full = !(look == last_) || (wasStroking_ && !stroking) ||
+                      callback.getDisplayDirty() || (cache && !stroking && cache->IsMaskPending());
     last_ = look;
     wasStroking_ = stroking;
     callback.setDisplayDirty(false);

@@ -222,11 +222,14 @@ void MLDisplayCache::FreeGLSL() {
     Shared& all = shared();
     for (glslFBO* target :
          {static_cast<glslFBO*>(&all.shadow), static_cast<glslFBO*>(&all.ssaodepth),
-          static_cast<glslFBO*>(&all.ssao)})
+          static_cast<glslFBO*>(&all.ssao), static_cast<glslFBO*>(&all.mask)})
         target->Destroy();
     for (glslShader* program :
          {static_cast<glslShader*>(&all.smoothShadowedGLSL),
-          static_cast<glslShader*>(&all.ssaodepthGLSL), static_cast<glslShader*>(&all.ssaoGLSL)})
+          static_cast<glslShader*>(&all.ssaodepthGLSL), static_cast<glslShader*>(&all.ssaoGLSL),
+          static_cast<glslShader*>(&all.normalDotGLSL),
+          static_cast<glslShader*>(&all.normalDotInvGLSL),
+          static_cast<glslShader*>(&all.saaoMaskGLSL)})
         program->UnLoadShaders();
     all.glslLoaded = false;
     FreeGLFunctionPointers();

@@ -10,8 +10,10 @@
 #include "host/gl/DisplaySettings.h"
 #include "host/gl/GLTargets.h"
 #include "host/gl/LGLVoxel.h"
+#include "host/gl/MLDynMask.h"
 #include "host/gl/MLScreenCache.h"
 #include "host/gl/VoxelGrid.h"
+#include "host/gl/glslMasks.h"
 #include "host/gl/glslSSAO.h"
 #include "host/gl/glslShadowedProgram.h"
 
@@ -63,6 +65,11 @@ class MLDisplayCache : public LDisplayCache {
     /// The surface without its delta, solid or as lines.
     void DrawSkin(const MDrawRequest& request, M3dView& view);
 
+    /// All faces that are not hidden, positions and normals alone, with what is bound.
+    void DrawPlain() const;
+    /// The mask that is used has been put off to the next frame.
+    bool IsMaskPending() const;
+
     /// The pixels in which what has changed may be seen, now and where it was; with what its shadow
     /// and its occlusion reach.
     ScreenRect GetDirtyBox2D(const M3dView& view, const MDrawRequest& request) const;
@@ -102,6 +109,10 @@ class MLDisplayCache : public LDisplayCache {
         glslShadowedProgram smoothShadowedGLSL;
         glslSSAOdepthShader ssaodepthGLSL;
         glslSSAOshader ssaoGLSL;
+        MLMaskFBO mask;
+        glslNormalDotShader normalDotGLSL;
+        glslNormalDotShaderInv normalDotInvGLSL;
+        glslSaaoMaskShader saaoMaskGLSL;
     };
     static Shared& shared();
     /// Loads functions, targets and programs, the first time or with `force`; with a current
@@ -130,6 +141,8 @@ class MLDisplayCache : public LDisplayCache {
     void Finish(const MDrawRequest& request, const M3dView& view, const Draw& draw);
     void Surface(const MDrawRequest& request, M3dView& view, bool dirty);
     void Lines(const MDrawRequest& request, M3dView& view, bool dirty, DrawKind kind);
+    MLDynMask* ActiveMask() const;
+    void ShowMask(const MDrawRequest& request, M3dView& view, const Draw& draw);
     void SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode);
     void Pass(const Draw& draw, DrawKind kind);
     void Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode);

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "core/mesh/LMeshObject.h"
 #include "core/morph/LMeshBases.h"
 #include "core/sculpt/LNode.h"
 #include "host/gl/GLFunctions.h"
@@ -208,9 +209,70 @@ void MLDisplayCache::Surface(const MDrawRequest& request, M3dView& view, bool di
             }
         }
         Both(draw, DrawKind::kShaded, kDiffuse, glslShadowedProgram::kSurface);
+        ShowMask(request, view, draw);
     }
     Finish(request, view, draw);
     view.endGL();
+}
+
+MLDynMask* MLDisplayCache::ActiveMask() const {
+    const std::vector<LDynMask*>* masks = owner_ ? &owner_->ldynmasks() : nullptr;
+    const int active = settings_.mask.active;
+    if (!masks || active < 0 || active >= static_cast<int>(masks->size())) return nullptr;
+    return dynamic_cast<MLDynMask*>((*masks)[static_cast<size_t>(active)]);
+}
+
+bool MLDisplayCache::IsMaskPending() const {
+    const MLDynMask* mask = ActiveMask();
+    return mask && mask->IsPending();
+}
+
+/// Only the view that is worked in has a mask.
+void MLDisplayCache::ShowMask(const MDrawRequest& request, M3dView& view, const Draw& draw) {
+    MLDynMask* mask = GLUse() ? ActiveMask() : nullptr;
+    if (!mask) return;
+    MDagPath camera, active;
+    view.getCamera(camera);
+    M3dView::active3dView().getCamera(active);
+    if (!(camera == active)) return;
+    if (!draw.dirty && !owner_->IsStroking() &&
+        !mask->Follow(request, view, *this, settings_.mask)) {
+        // What shows the view draws it once more when it stands still.
+        if (mask->IsPending() && view.widget()) view.refresh();
+        return;
+    }
+    if (draw.dirty) {
+        if (draw.rect.IsEmpty()) return;
+        glEnable(GL_SCISSOR_TEST);
+        glScissor(draw.rect.x0, draw.rect.y0, draw.rect.Width(), draw.rect.Height());
+    }
+    mask->Display();
+    if (draw.dirty) glDisable(GL_SCISSOR_TEST);
+}
+
+void MLDisplayCache::DrawPlain() const {
+    constexpr size_t kChunk = 1 << 16;
+    const LMeshObject* object = owner_ ? owner_->lobject() : nullptr;
+    const bool hides = object && object->HasHidden();
+    std::vector<GLuint> corners;
+    glPushClientAttrib(GL_CLIENT_VERTEX_ARRAY_BIT);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_NORMAL_ARRAY);
+    glVertexPointer(3, GL_FLOAT, sizeof(LPoint3), verts_.data());
+    glNormalPointer(GL_FLOAT, sizeof(LPoint3), vnormals_.data());
+    const auto flush = [&] {
+        glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(corners.size()), GL_UNSIGNED_INT,
+                       corners.data());
+        corners.clear();
+    };
+    for (int f = 0; f < nfaces_; ++f) {
+        if (hides && !object->IsFaceVisible(f, static_cast<unsigned>(level_))) continue;
+        for (const int v : topology_->Faces()[static_cast<size_t>(f)].v)
+            corners.push_back(static_cast<GLuint>(v));
+        if (corners.size() >= kChunk * 3) flush();
+    }
+    if (!corners.empty()) flush();
+    glPopClientAttrib();
 }
 
 void MLDisplayCache::Lines(const MDrawRequest& request, M3dView& view, bool dirty, DrawKind kind) {

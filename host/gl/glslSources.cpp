@@ -198,6 +198,44 @@ void main( void )
 }
 )";
 
+std::string FacingVertex(const char* term) {
+    return std::string(R"(uniform vec3 dir;
+varying float dotvn;
+void main(){
+  gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+  vec3 N   = normalize(gl_NormalMatrix * gl_Normal);
+  dotvn   = )") +
+           term + ";\n}\n";
+}
+
+const char kFacingFragment[] = R"(varying float dotvn;
+void main(){
+  gl_FragColor.xyz = vec3(dotvn, dotvn, dotvn);
+  gl_FragColor.a = 0.5;
+}
+)";
+
+const char kPlainVertex[] = R"(void main(){
+  gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+}
+)";
+
+const char kOcclusionMaskFragment[] = R"(uniform float viewWidth;
+uniform float viewHeight;
+uniform sampler2D ssaoTex;
+void main(){
+  float ssao = 1.0;
+  vec2  uv = gl_FragCoord.xy;
+  uv.x /= viewWidth;
+  uv.y /= viewHeight;
+  ssao = blur8x8flat(uv,0.001, ssaoTex);
+  ssao *= 1.15;
+  if (ssao>1.0) ssao=1.0;
+  gl_FragColor.xyz = vec3(ssao, ssao, ssao);
+  gl_FragColor.a = 0.5;
+}
+)";
+
 const char kOcclusionVertex[] = R"(varying vec2  uv;
 void main(void)
 {

@@ -18,6 +18,11 @@ std::string ShadowFilters();
 extern const char kSurfaceVertex[], kSurfaceHeader[], kSurfaceMain[];
 /// Depth from the camera in 16 bits, in red and green; alpha 0 off the surface.
 extern const char kDepthVertex[], kDepthFragment[];
+/// A mask of where the surface faces: `term` is the grey that it writes, of dir and N.
+std::string FacingVertex(const char* term);
+extern const char kFacingFragment[];
+/// A mask of the occlusion; its fragment shader stands behind kBlur8x8.
+extern const char kPlainVertex[], kOcclusionMaskFragment[];
 /// How much of what is around a pixel lies before it.
 extern const char kOcclusionVertex[], kOcclusionFragment[];
 

@@ -14,6 +14,7 @@
 
 #include "core/sculpt/LNodeRecord.h"
 #include "host/gl/MLDisplayCache.h"
+#include "host/gl/MLDynMask.h"
 #include "host/ml/MLColorDelta.h"
 #include "host/ml/MLFalloffCache.h"
 #include "host/ml/MLMesh.h"
@@ -51,7 +52,9 @@ MDagPath ShapeFedBy(const MPlug& output) {
 
 }  // namespace
 
-MLNode::MLNode(int workers) : LNode(workers) {}
+MLNode::MLNode(int workers) : LNode(workers), masks_(MakeMasks()) {
+    for (const auto& mask : masks_) AddMask(mask.get());
+}
 
 MLNode::~MLNode() {
     journal.reset();
@@ -178,8 +181,30 @@ void MLNode::FinishSculpt(bool keep) {
 bool MLNode::InitTransform(const MPoint& pos, const MVector& view, const MVector& orth,
                            const MVector& normal, float sx, float sy, float radius, int mode,
                            bool force) {
+    AimMask();
     return InitTransform(Single(pos), Single(view), Single(-orth), Single(normal), LPoint2(sx, sy),
                          radius, mode, force);
+}
+
+/// The mask is looked up through the view that is worked in, as it is when a stroke begins.
+void MLNode::AimMask() {
+    const int active = getActiveMask();
+    if (!getUseMasks() || active < 0 || active >= static_cast<int>(masks_.size())) return;
+    MStatus status;
+    const M3dView view = M3dView::active3dView(&status);
+    if (!status) return;
+    MMatrix toWorld;
+    GetObjToWorld(toWorld, false);
+    masks_[static_cast<size_t>(active)]->Aim(view, toWorld);
+}
+
+void MLNode::UpdateMask(int index) {
+    if (index < 0 || index >= static_cast<int>(masks_.size())) return;
+    masks_[static_cast<size_t>(index)]->Forget();
+    displyDirtied = true;
+    MStatus status;
+    M3dView view = M3dView::active3dView(&status);
+    if (status) view.refresh();
 }
 
 bool MLNode::Transform(const MPoint& pos, float sx, float sy, const MVector& normal) {

@@ -17,6 +17,7 @@ namespace VantrelSDK {
 
 class LBlindData;
 class MLColorDelta;
+class MLDynMask;
 class MLMeshObject;
 class NodeJournal;
 
@@ -210,6 +211,9 @@ class MLNode : public LNode {
     /// Where what is done to this node is kept; null for nowhere.
     std::unique_ptr<NodeJournal> journal;
 
+    /// The mask of a number is drawn anew.
+    void UpdateMask(int index);
+
     // What evaluation and commands share.
 
     /// The node has taken a mesh; its state came from a scene and waits for one.
@@ -239,7 +243,10 @@ class MLNode : public LNode {
     /// 1 or 2, whatever the plug says.
     int Space(NodeAttributes::Member attribute) const { return Int(attribute) == 2 ? 2 : 1; }
 
+    void AimMask();
+
     MMatrix objToWorld_, worldToObj_;
+    std::vector<std::unique_ptr<MLDynMask>> masks_;
 };
 
 }  // namespace VantrelSDK

@@ -128,6 +128,9 @@ class NodeCommands {
     void FillPaint();
     void ColorToStencil();
     void StencilToColor();
+    void CountMasks();
+    void MaskName();
+    void UpdateMask();
     void EditPaint(PaintEdit edit);
 
     // The neutral.

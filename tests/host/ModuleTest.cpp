@@ -41,9 +41,9 @@ class ModuleTest : public testing::Test {
 };
 
 const std::vector<std::string> kCommands = {
-    "KelmoNew",     "KelmoVersion", "Kelmo",        "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoSculpt",  "KelmoSel",     "KelmoPick",    "KelmoNeutral", "KelmoTarget", "KelmoStroke",
-    "KelmoSubdivs", "KelmoRender",  "KelmoJournal", "KelmoTimes"};
+    "KelmoNew",    "KelmoVersion", "Kelmo",       "KelmoTime",    "KelmoSetVer", "KelmoDiag",
+    "KelmoSculpt", "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget", "KelmoMasks",
+    "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoTimes"};
 
 std::vector<unsigned> Numbers(const std::vector<MTypeId>& ids) {
     std::vector<unsigned> numbers;

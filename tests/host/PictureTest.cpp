@@ -1,3 +1,5 @@
+#include "maya/M3dView.h"
+#include "maya/MPoint.h"
 #include "tests/host/PictureFixture.h"
 
 // Pictures of the surface that is being sculpted. The references in tests/host/pictures are drawn
@@ -78,7 +80,7 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
     Open();
     Must("createNode camera -name eye; xform -ws -t 9 4 34 eye; xform -ws -ro -2 14 0 eye");
     struct Look {
-        int mode, shadow, occlusion, colours = 0;
+        int mode, shadow, occlusion, colours = 0, mask = 0;
     };
     Must("setAttr k.SSAOsamples 6; setAttr k.SSAOradius 0.02");
     Must("setAttr k.vertexPaintColor 0.2 0.4 0.8; setAttr k.vertColorStrength[8] 1");
@@ -91,14 +93,15 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
                              {2, 1, 0},
                              {2, 0, 1},
                              {3, 1, 1},
-                             {3, 0, 0, 1}}) {
+                             {3, 0, 0, 1},
+                             {3, 0, 0, 0, 1}}) {
         SCOPED_TRACE(std::to_string(look.mode) + " shadow " + std::to_string(look.shadow) +
                      " occlusion " + std::to_string(look.occlusion) + " colours " +
-                     std::to_string(look.colours));
+                     std::to_string(look.colours) + " mask " + std::to_string(look.mask));
         Must("setAttr k.displayMode " + std::to_string(look.mode) + "; setAttr k.useShadow[0] " +
              std::to_string(look.shadow) + "; setAttr k.useSSAO[0] " +
              std::to_string(look.occlusion) + "; setAttr k.affectVertColor " +
-             std::to_string(look.colours));
+             std::to_string(look.colours) + "; setAttr k.dynMasksOn " + std::to_string(look.mask));
         Draw("eye", 240, 180, 0);
         Press(8, 1.2f, 0.6f, "1.5, 3.0, 7.0");
         int changed = 0;
@@ -120,6 +123,64 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
         Release();
         Do(6);
     }
+}
+
+TEST_F(PictureTest, AMaskIsShownAndKeepsBrushesOff) {
+    Open();
+    Must("select shown");
+    EXPECT_EQ(Run("KelmoMasks -q -total"), "3");
+    const char* const kNames[] = {"Inverse Edge Mask", "Edge Mask", "SAAO mask"};
+    Must("KelmoMasks -douse 1; setAttr k.displayMode 2");
+    for (int i = 0; i < 3; ++i) {
+        const std::string n = std::to_string(i);
+        EXPECT_EQ(Run("KelmoMasks -q -name " + n), kNames[i]);
+        Must("KelmoMasks -activate " + n);
+        Expect("mask" + n);
+    }
+    EXPECT_EQ(Run("KelmoMasks -q -name 7"), "not found");
+    Must("KelmoMasks -activate 0; KelmoMasks -ceiling 0.15");
+    const Picture shown = Draw("persp", 320, 240, 0);
+    const auto isRed = [&](int x, int y) {
+        const size_t at = 3 * (static_cast<size_t>(239 - y) * 320 + static_cast<size_t>(x));
+        return shown.pixels[at] == 255 && shown.pixels[at + 1] == 0;
+    };
+    const std::vector<float> before = Output();
+    const std::string journal = folder / "masked.jsonl";
+    Must("KelmoJournal -start \"" + journal + "\" k");
+    Sculpt();
+    Must("KelmoJournal -stop k");
+    Do(1);
+    const std::vector<float> masked = Output();
+    int kept = 0, moved = 0;
+    const M3dView view = M3dView::active3dView();
+    for (size_t v = 0; v + 2 < before.size(); v += 3) {
+        const bool still = std::equal(&before[v], &before[v] + 3, &masked[v]);
+        moved += !still;
+        short x, y;
+        if (!view.worldToView(MPoint(before[v], before[v + 1], before[v + 2]), x, y)) continue;
+        bool covered = x > 0 && y > 0 && x < 319 && y < 239;
+        for (int i = 0; covered && i < 9; ++i) covered = isRed(x - 1 + i % 3, y - 1 + i / 3);
+        EXPECT_TRUE(still || !covered) << "vertex " << v / 3;
+        kept += covered;
+    }
+    EXPECT_GT(moved, 20);
+    EXPECT_GT(kept, 200);
+    Do(245);
+    Do(0);
+    Must("KelmoMasks -douse 0");
+    Sculpt();
+    Do(1);
+    const std::vector<float> free = Output();
+    int less = 0;
+    for (size_t i = 0; i < before.size(); ++i)
+        less += masked[i] == before[i] && free[i] != before[i];
+    EXPECT_GT(less, 20);
+    // A journal has the mask with it.
+    Do(245);
+    Do(0);
+    EXPECT_EQ(Run("KelmoJournal -play \"" + journal + "\" k"), "1") << told.text;
+    Do(1);
+    EXPECT_TRUE(Output() == masked);
 }
 
 // Light and occlusion are measured by a box that holds still in a stroke; one that pulls the

@@ -148,6 +148,36 @@ TEST_F(KelmoWindow, AltMovesTheCameraAlone) {
     EXPECT_EQ(Moved(before, Export()), 0);
 }
 
+TEST_F(KelmoWindow, AMaskFollowsTheViewWhenItStandsStill) {
+    const std::string scene = folder_ / "masked.mhs";
+    const std::string script = folder_.Write(
+        "masked.mel", "file -import \"" + head_ +
+                          "\"; select head; string $k = `Kelmo -create`; setAttr ($k + "
+                          "\".dynMasksOn\") 1; file -rename \"" +
+                          scene + "\"; file -save");
+    const Outcome made = Kelmo("run " + script);
+    ASSERT_EQ(made.code, 0) << made.text;
+    Start({scene});
+    const auto red = [](const std::string& pixels) {
+        int count = 0;
+        for (size_t i = 0; i + 3 < pixels.size(); i += 4)
+            count += pixels.compare(i, 3, std::string("\0\0\xff", 3)) == 0;
+        return count;
+    };
+    const std::string before = Picture();
+    EXPECT_GT(red(before), 2000);
+    Hold(XK_Alt_L);
+    Drag(400, 300, 480, 320);
+    LetGo(XK_Alt_L);
+    const std::string after = Picture();
+    EXPECT_GT(red(after), 2000);
+    EXPECT_NE(after, before);
+    const PolyMesh whole = Export();
+    // Its middle faces the view.
+    Drag(440, 330, 460, 340);
+    EXPECT_EQ(Moved(whole, Export()), 0);
+}
+
 TEST_F(KelmoWindow, LevelsAreAddedAndLeft) {
     Start({head_});
     const int polygons = Export().NumPolygons();
