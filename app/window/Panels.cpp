@@ -196,6 +196,8 @@ void DrawPaint(Desk& desk) {
             3;
         if (ImGui::Button(name, {third, 0}))
             desk.Later([&desk, command] {
+                // What undo takes back.
+                RunScript("KelmoStroke");
                 desk.work.node.Run(command);
                 desk.work.MarkDirty();
             });

@@ -87,6 +87,8 @@ class LDisplayCache {
     /// Vertex colours exist after SetUseColor(true): what the colour delta shows, white without.
     void SetUseColor(bool use);
     bool useColors() const { return !colors_.empty(); }
+    /// Stencils come with the first one that is painted.
+    bool HasStencils() const { return !stencils_.empty(); }
     void FillColor(const LColor& colour);
     /// As they are where nothing was painted.
     void ClearColor();

@@ -374,23 +374,80 @@ void LColorDelta::Join(std::span<const int> kept, bool painted, bool stencilled)
     levelchanged_ |= painted || stencilled;
 }
 
+struct LColorDelta::Whole {
+    /// Empty where all is unpainted.
+    ZeroedArray<LAColor> paints, origs;
+    ZeroedArray<float> stencils, stencilOrigs;
+    bool zero, zeroStencil, levelchanged;
+    int valid0, valid1;
+};
+
+LColorDelta::UndoData::UndoData() = default;
+LColorDelta::UndoData::UndoData(UndoData&&) noexcept = default;
+LColorDelta::UndoData& LColorDelta::UndoData::operator=(UndoData&&) noexcept = default;
+LColorDelta::UndoData::~UndoData() = default;
+
+namespace {
+
+template <class T>
+ZeroedArray<T> Copied(const ZeroedArray<T>& from) {
+    ZeroedArray<T> copy;
+    if (!copy.Reset(from.size())) throw std::bad_alloc();
+    std::copy(from.begin(), from.end(), copy.begin());
+    return copy;
+}
+
+}  // namespace
+
+LColorDelta::UndoData LColorDelta::StrokeRecord() const {
+    UndoData data;
+    data.undos.reserve(dirty_.GetCount());
+    for (const int v : dirty_.Items()) {
+        const LAColor& paint = back_[v].paint;
+        data.undos.push_back({static_cast<uint32_t>(v), ColorOf(paint), paint.a, back_[v].stencil});
+    }
+    return data;
+}
+
+LColorDelta::UndoData LColorDelta::WholeRecord() const {
+    UndoData data;
+    data.whole = std::make_unique<Whole>();
+    Whole& whole = *data.whole;
+    if (!zero_) whole.paints = Copied(paints_);
+    if (!zeroStencil_) whole.stencils = Copied(stencils_);
+    whole.origs = Copied(origs_);
+    whole.stencilOrigs = Copied(stencilOrigs_);
+    whole.zero = zero_;
+    whole.zeroStencil = zeroStencil_;
+    whole.levelchanged = levelchanged_;
+    whole.valid0 = valid0_;
+    whole.valid1 = valid1_;
+    return data;
+}
+
+void LColorDelta::Restore(Whole& whole) {
+    if (whole.zero)
+        std::fill(paints_.begin(), paints_.end(), LAColor());
+    else
+        paints_.swap(whole.paints);
+    if (whole.zeroStencil)
+        std::fill(stencils_.begin(), stencils_.end(), 0.0f);
+    else
+        stencils_.swap(whole.stencils);
+    origs_.swap(whole.origs);
+    stencilOrigs_.swap(whole.stencilOrigs);
+    zero_ = whole.zero;
+    zeroStencil_ = whole.zeroStencil;
+    levelchanged_ = whole.levelchanged;
+    valid0_ = whole.valid0;
+    valid1_ = whole.valid1;
+}
+
 int LColorDelta::CacheUndo(bool full) {
-    const int count = GetNumVerts(-1);
-    if (count == 0) return 0;
-    const auto entry = [](int v, const LAColor& paint, float stencil) {
-        return UndoVert{static_cast<uint32_t>(v), ColorOf(paint), paint.a, stencil};
-    };
+    if (GetNumVerts(-1) == 0) return 0;
     // Short of memory the older strokes go first; a stroke that can't be kept can't be undone.
     for (int attempt = 0; attempt < 2; ++attempt) try {
-            UndoData data;
-            data.undos.reserve(full ? count : dirty_.GetCount());
-            if (full)
-                for (int v = 0; v < count; ++v)
-                    data.undos.push_back(entry(v, paints_[v], stencils_[v]));
-            else
-                for (const int v : dirty_.Items())
-                    data.undos.push_back(entry(v, back_[v].paint, back_[v].stencil));
-            undos_.Push(std::move(data));
+            undos_.Push(full ? WholeRecord() : StrokeRecord());
             break;
         } catch (const std::bad_alloc&) {
             undos_.Clear();
@@ -404,7 +461,12 @@ int LColorDelta::CacheUndo(bool full) {
 
 bool LColorDelta::Undo(std::vector<int>* restored) {
     UndoData data;
-    if (GetNumVerts(-1) == 0 || !undos_.Pop(data) || data.undos.empty()) return false;
+    if (GetNumVerts(-1) == 0 || !undos_.Pop(data)) return false;
+    if (data.whole) {
+        Restore(*data.whole);
+        for (int v = 0; restored && v < GetNumVerts(-1); ++v) restored->push_back(v);
+        return true;
+    }
     for (const UndoVert& old : data.undos) {
         const int v = static_cast<int>(old.index);
         const LAColor paint(old.color.r, old.color.g, old.color.b, old.alpha);
@@ -413,7 +475,7 @@ bool LColorDelta::Undo(std::vector<int>* restored) {
         if (stencils_[v] != old.stencil) SetStencil(v, old.stencil);
         if (restored) restored->push_back(v);
     }
-    return true;
+    return !data.undos.empty();
 }
 
 }  // namespace VantrelSDK

@@ -48,8 +48,17 @@ class LColorDelta {
         float alpha, stencil;
     };
     static_assert(sizeof(UndoVert) == 24);
+    /// Everything, of all levels, before an edit of everything.
+    struct Whole;
     struct UndoData {
+        UndoData();
+        UndoData(UndoData&&) noexcept;
+        UndoData& operator=(UndoData&&) noexcept;
+        ~UndoData();
+
         std::vector<UndoVert> undos;
+        /// Null in the record of a stroke.
+        std::unique_ptr<Whole> whole;
     };
 
     /// Empty. The owner is borrowed and may be null in all of these.
@@ -187,8 +196,8 @@ class LColorDelta {
     void AllockBack();
     /// Keeps a vertex of the active level before its first change in a stroke.
     void DirtyVert(int v);
-    /// Makes the record of the stroke (with `full`, one of the whole level as it is) and starts
-    /// anew. Returns how many vertices the stroke changed.
+    /// Makes the record of the stroke (with `full`, one of everything as it is, of all levels) and
+    /// starts anew. Returns how many vertices the stroke changed.
     int CacheUndo(bool full);
     /// An empty record, which keeps the stack in step with that of the geometry.
     void FakeUndo() { undos_.Push({}); }
@@ -264,6 +273,9 @@ class LColorDelta {
     void SmoothChanged(const Changes& changes, int fromLevel, int firstVert);
     bool AddLevel(bool quad);
     bool FillTop();
+    UndoData StrokeRecord() const;
+    UndoData WholeRecord() const;
+    void Restore(Whole& whole);
 
     LNode* owner_;
     bool zero_ = true, zeroStencil_ = true, levelchanged_ = false;

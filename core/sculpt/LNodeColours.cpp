@@ -33,6 +33,13 @@ void LNode::PrepareColours() {
 bool LNode::EditPaint(PaintEdit edit) {
     if (!lcolorDelta_ || lstroke_) return false;
     const bool colours = getAffectVertexColor(), stencils = !colours && getAffectStencil();
+    const bool converts = edit == PaintEdit::ColorToStencil || edit == PaintEdit::StencilToColor;
+    if (!colours && !stencils && !converts) return true;
+    if (lcurMorph_) {
+        KeepUndosInStep();
+        lcolorDelta_->CacheUndo(true);
+        lcurMorph_->FakeUndo();
+    }
     switch (edit) {
         case PaintEdit::Clear:
             if (colours) ClearVertColor();

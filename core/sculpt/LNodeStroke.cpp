@@ -158,7 +158,8 @@ bool LNode::UndoStroke() {
         ldisplayCache_->Clear(false);
         ldisplayCache_->SetChanged({}, painted);
         if (ldisplayCache_->useColors()) ldisplayCache_->TakeColors(painted);
-        if (!lcolorDelta_->IsZeroStencil()) ldisplayCache_->TakeStencils(painted);
+        if (ldisplayCache_->HasStencils() || !lcolorDelta_->IsZeroStencil())
+            ldisplayCache_->TakeStencils(painted);
     }
     if (listener_ && any) listener_->Undone();
     if (!moved) return recoloured;

@@ -204,6 +204,7 @@ void StrokeRecorder::SelectionChanged() {
 void StrokeRecorder::Painted(PaintEdit edit) {
     AddSettings();
     AddWhole(PaintOp{edit});
+    ++undoable_;
 }
 
 void StrokeRecorder::NeutralMade() {

@@ -2,6 +2,7 @@
 
 #include <maya/MDoubleArray.h>
 #include <maya/MFloatArray.h>
+#include <maya/MGlobal.h>
 #include <maya/MPxCommand.h>
 #include <maya/MRampAttribute.h>
 
@@ -93,6 +94,7 @@ class AffectsColor {
 MStatus WithColor(ToolCall& call, int command) {
     const AffectsColor colors(call);
     if (!colors) return MS::kFailure;
+    KeepPaintEdit(*call.tool.node(), command);
     NodeProtocol(call.tool.node()->getThisMObject()).Run(command);
     return MS::kSuccess;
 }
@@ -220,6 +222,14 @@ MStatus TellColor(ToolCall& call) {
     for (unsigned c = 0; c < 3; ++c) parts.append(color.child(c).asDouble());
     MPxCommand::setResult(parts);
     return MS::kSuccess;
+}
+
+void KeepPaintEdit(const MLNode& node, int command) {
+    const bool edits = command >= 106 && command <= 108,
+               converts = command == 109 || command == 110;
+    const bool affects = node.getAffectVertexColor() || node.getAffectStencil();
+    if (node.lcolorDelta() && (converts || (edits && affects)))
+        MGlobal::executeCommand("KelmoStroke", false, true);
 }
 
 MStatus FillColor(ToolCall& call) {

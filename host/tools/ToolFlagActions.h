@@ -24,6 +24,8 @@ template <NodeAttributes::Member ramp>
 MStatus TellRamp(ToolCall& call);
 MStatus EditColor(ToolCall& call);
 MStatus TellColor(ToolCall& call);
+/// Before a numbered command: one that edits all the paint of a node is one that undo takes back.
+void KeepPaintEdit(const MLNode& node, int command);
 /// Fill and clear vertex colours, whatever the brush affects.
 MStatus FillColor(ToolCall& call);
 MStatus ClearColor(ToolCall& call);

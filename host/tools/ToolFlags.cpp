@@ -291,6 +291,7 @@ bool Protocol(ToolCall& call, int command, bool quiet) {
         protocol.SetText(call.Text());
     else if (call.flag.type != MSyntax::kNoArg)
         protocol.SetIndex(static_cast<int>(call.Number()));
+    KeepPaintEdit(*node, command);
     quiet ? protocol.Ask(command) : protocol.Run(command);
     return true;
 }

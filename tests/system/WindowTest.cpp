@@ -265,6 +265,14 @@ TEST_F(KelmoWindow, PaintsColours) {
     EXPECT_NE(painted, plain);
     PressWith({XK_Control_L}, XK_z);
     EXPECT_EQ(Picture(), plain);
+    Stroke();
+    // The button that fills.
+    Drag(45, 130, 45, 130);
+    EXPECT_NE(Picture(), painted);
+    PressWith({XK_Control_L}, XK_z);
+    EXPECT_EQ(Picture(), painted);
+    PressWith({XK_Control_L}, XK_z);
+    EXPECT_EQ(Picture(), plain);
     EXPECT_EQ(Moved(before, Export()), 0) << "paint moves nothing";
 }
 

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
 
 #include "core/io/ObjReader.h"
 #include "core/sculpt/BrushMode.h"
@@ -292,6 +293,47 @@ TEST(ColourBrushes, LevelsAndUndoStayInStepWithTheGeometry) {
     node->ClearVertColor();
     EXPECT_EQ(node->ldisplayCache()->GetColor(5), LColorDelta::cBare);
     EXPECT_EQ(CheckColours(*node), "");
+}
+
+// Strokes and edits of all paint, in any order and on any level, are taken back one by one.
+RC_GTEST_PROP(ColourBrushes, UndoGivesBackWhatWasBeforeEachStrokeAndEdit, ()) {
+    const auto node = OpenNode(Boulder(2), 1, 2);
+    node->SetActiveSubdivLevel(*rc::gen::inRange(0, 3));
+    const LPoint3 pos = Surface(*node)[9];
+    struct State {
+        std::vector<LAColor> paints;
+        std::vector<float> stencils;
+        std::vector<LPoint3> deltas;
+    };
+    const auto now = [&] { return State{Paints(*node), Stencils(*node), Deltas(*node)}; };
+    std::vector<State> before;
+    for (int i = *rc::gen::inRange(1, 10); i > 0; --i) {
+        SetAffected(*node, *rc::gen::inRange(1, 8));
+        const State was = now();
+        if (*rc::gen::arbitrary<bool>()) {
+            Stroke(*node, {.mode = *rc::gen::elementOf(std::vector<int>{8, 9, 12, 16}), .pos = pos},
+                   Path(pos, {0.03f, 0.01f, 0}, 3));
+        } else {
+            const auto edit = static_cast<PaintEdit>(*rc::gen::inRange(0, 5));
+            const bool edits = node->getAffectVertexColor() || node->getAffectStencil() ||
+                               edit == PaintEdit::ColorToStencil ||
+                               edit == PaintEdit::StencilToColor;
+            RC_ASSERT(node->EditPaint(edit));
+            if (!edits) continue;
+        }
+        before.push_back(was);
+        RC_ASSERT(CheckColours(*node) == "");
+    }
+    while (!before.empty()) {
+        node->UndoStroke();
+        const State is = now(), &was = before.back();
+        RC_ASSERT(is.paints == was.paints);
+        RC_ASSERT(is.stencils == was.stencils);
+        RC_ASSERT(SameBits(is.deltas, was.deltas));
+        RC_ASSERT(CheckColours(*node) == "");
+        before.pop_back();
+    }
+    RC_ASSERT(!node->UndoStroke());
 }
 
 TEST(ColourBrushes, WhatForgetsTheStrokesOfTheSurfaceForgetsThoseOfColours) {
