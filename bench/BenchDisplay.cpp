@@ -86,18 +86,24 @@ void DisplayFull(benchmark::State& state) {
 }
 
 /// After a step of a stroke with a brush over a tenth of the view; the step is not in it. The
-/// second argument: only changed pixels are drawn anew. The third: with occlusion.
+/// second argument: only changed pixels are drawn anew. The third: with occlusion. The fourth: the
+/// surface fills the view, rather than fits in it.
 void DisplayStep(benchmark::State& state) {
     Shown shown(state.range(0), state.range(1) != 0);
     if (!shown.view) return state.SkipWithError("no OpenGL");
-    shown.Run("setAttr k.useSSAO[0] " + std::to_string(state.range(2)));
+    const double scale = state.range(3) ? 0.5 : 1;
+    shown.Run("setAttr k.useSSAO[0] " + std::to_string(state.range(2)) +
+              "; setAttr k.toolSize[8] " + std::to_string(3.5 * scale) +
+              "; float $w = `getAttr frontShape.orthographicWidth`;"
+              "setAttr frontShape.orthographicWidth ($w * " +
+              std::to_string(scale) + ")");
     shown.Draw();
     shown.Run("connectAttr brush.matrix k.brush");
     double at = 0;
     const auto step = [&] {
         at += 0.15;
-        shown.Run("move " + std::to_string(1.5 * std::sin(at)) + " " +
-                  std::to_string(1.5 * std::cos(at)) + " 10 brush");
+        shown.Run("move " + std::to_string(1.5 * scale * std::sin(at)) + " " +
+                  std::to_string(1.5 * scale * std::cos(at)) + " 10 brush");
     };
     // The driver compiles what it has not drawn before.
     for (int i = 0; i < 4; ++i) step(), shown.Draw();
@@ -138,7 +144,7 @@ void DisplayVoxels(benchmark::State& state) {
 BENCHMARK(DisplayFirst)->Arg(60000)->Arg(1500000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayFull)->Arg(60000)->Arg(1500000)->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayStep)
-    ->ArgsProduct({{60000, 1500000}, {0, 1}, {0, 1}})
+    ->ArgsProduct({{60000, 1500000}, {0, 1}, {0, 1}, {0, 1}})
     ->Iterations(20)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayVoxels)->Arg(60000)->Arg(600000)->Arg(6000000)->Unit(benchmark::kMillisecond);

@@ -405,7 +405,8 @@ def display(runs):
         "DisplayFirst": lambda a: "drawn for the first time",
         "DisplayFull": lambda a: "drawn again as a whole",
         "DisplayStep": lambda a: "after a step, " + ("changed pixels" if a[1] else "as a whole")
-        + (", with occlusion" if a[2] else ""),
+        + (", with occlusion" if a[2] else "")
+        + (", filling the view" if a[3] else ""),
     }
     rows = []
     for name, says in what.items():

@@ -99,15 +99,13 @@ void DrawArrays(const CornerArrays& corners, GLenum primitive, int stencilPlace)
     glPopClientAttrib();
 }
 
-void Compile(MLDisplayCache& cache, DrawList& list, std::span<const int> faces, int level,
-             DrawKind kind, int thinning) {
+void DrawFaces(MLDisplayCache& cache, std::span<const int> faces, int level, DrawKind kind,
+               int thinning) {
     CornerArrays& arrays = cache.Scratch();
     Corners corners(cache, level, kind, arrays);
     for (const int f : faces)
         if (thinning == 1 || f % thinning == 0) corners.AddFace(f);
-    if (!list.Begin()) return;
     DrawArrays(arrays, IsLines(kind) ? GL_LINES : GL_TRIANGLES, cache.StencilPlace());
-    list.End();
 }
 
 }  // namespace
@@ -125,7 +123,15 @@ void VoxLevel::Draw(MLDisplayCache& cache, std::span<const int> faces, int level
     const bool thin =
         pass.kind == DrawKind::kShaded && pass.thinning > 1 && pass.stroking && !full_;
     DrawList& list = List(thin ? DrawKind::kSparse : pass.kind);
-    if (!list.IsValid()) Compile(cache, list, faces, level, pass.kind, thin ? pass.thinning : 1);
+    const auto draw = [&] {
+        DrawFaces(cache, faces, level, pass.kind, thin ? pass.thinning : 1);
+    };
+    // What a stroke changes it changes again in a moment: not worth compiling.
+    if (!list.IsValid() && pass.stroking && pass.dirty) return draw();
+    if (!list.IsValid() && list.Begin()) {
+        draw();
+        list.End();
+    }
     list.Call();
 }
 

@@ -194,6 +194,9 @@ void MLDisplayCache::Surface(const MDrawRequest& request, M3dView& view, bool di
         if (settings_.opacity != 1) {
             glEnable(GL_BLEND);
             glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+        } else {
+            // A face that lies in two voxels is shaded once.
+            glDepthFunc(GL_LESS);
         }
         if (compiled_.glsl) {
             SetUniforms(view, glslShadowedProgram::kSurface);
