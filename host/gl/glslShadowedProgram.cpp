@@ -22,7 +22,7 @@ class glslShadowedProgram::Variant : public glslGenericProgram {
           fragment_(front.FragmentSource()),
           occluded_(front.useSSAO),
           shadowed_(front.useShadow),
-          stenciled_(front.useStencilTex) {}
+          stenciled_(front.ShowsStencilTex()) {}
 
     /// The first time loads it; one that can't be is not tried again.
     bool Use() {
@@ -70,7 +70,7 @@ const glslShadowedProgram::Filter* glslShadowedProgram::ChooseFilter() const {
 
 int glslShadowedProgram::Key() const {
     const int filter = useShadow ? static_cast<int>(ChooseFilter() - kFilters) + 1 : 0;
-    return filter * 4 + (useSSAO ? 2 : 0) + (useStencilTex ? 1 : 0);
+    return filter * 4 + (useSSAO ? 2 : 0) + (ShowsStencilTex() ? 1 : 0);
 }
 
 glslShadowedProgram::Variant& glslShadowedProgram::Due() const {
@@ -84,10 +84,10 @@ std::string glslShadowedProgram::VertexSource() const {
 }
 
 std::string glslShadowedProgram::FragmentSource() const {
-    std::string text;
+    std::string text = Defines();
     if (useShadow) text += std::string("#define SHADOW_FILTER ") + ChooseFilter()->name + "\n";
     if (useSSAO) text += "#define USE_SSAO\n";
-    if (useStencilTex) text += "#define USE_STENCIL_TEX\n";
+    if (ShowsStencilTex()) text += "#define USE_STENCIL_TEX\n";
     return text + kSurfaceHeader + ShadowFilters() + kSurfaceMain;
 }
 
@@ -109,12 +109,16 @@ void glslShadowedProgram::Fill(Upload& to) const {
     to.Int("useColor", useColor, "uniform variable 'useColor' not found\n");
     to.Int("useSpecular", useSpeculars, "uniform variable 'useSpecular' not found\n");
     to.Int("useDiffuse", useDiffuse, "uniform variable 'useDiffuse' not found\n");
-    to.Int("mode", mode, "uniform variable 'mode' not found\n");
+    FillOwn(to);
     to.Float("opac", opacity, "uniform variable 'opacity' not found\n");
     to.Int("useSelected", selected, "uniform variable 'useSelected' not found\n");
     to.Int("useStencil", useStencil, "uniform variable 'useStencil' not found\n");
     if (useStencil) to.Int("invStencil", invStencil, "uniform variable 'invStencil' not found\n");
     to.Attribute("stencil", "attribute variable 'stencil' not found\n");
+}
+
+void glslShadowedProgram::FillOwn(Upload& to) const {
+    to.Int("mode", mode, "uniform variable 'mode' not found\n");
 }
 
 }  // namespace VantrelSDK

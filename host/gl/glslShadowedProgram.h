@@ -49,6 +49,11 @@ class glslShadowedProgram : public glslGenericProgram {
     /// Of the program that is due.
     std::string FragmentSource() const override;
     bool setupUniformVariables() override { return true; }
+    /// Whether a stencil texture is a part of what is compiled.
+    virtual bool ShowsStencilTex() const { return useStencilTex; }
+    /// What else is: lines before the fragment shader, and what it reads.
+    virtual std::string Defines() const { return {}; }
+    virtual void FillOwn(Upload& to) const;
 
   private:
     class Variant;

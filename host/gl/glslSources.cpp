@@ -71,7 +71,7 @@ std::string ShadowFilters() {
 const char kSurfaceVertex[] = R"(varying vec3 normal;
 varying vec3 shuv;
 varying vec4 vert;
-varying vec3  color;
+varying vec4 color;
 varying float stencilv;
 attribute float stencil;
 void main(){
@@ -81,7 +81,7 @@ void main(){
   shuv = (projCoord.xyz / projCoord.w);
   normal   = normalize(gl_NormalMatrix * gl_Normal);
   stencilv = stencil;
-  color = gl_Color.xyz;
+  color = gl_Color;
   gl_TexCoord[0] = gl_MultiTexCoord0;
 }
 )";
@@ -89,7 +89,13 @@ void main(){
 const char kSurfaceHeader[] = R"(uniform int useDiffuse;
 uniform int useSpecular;
 uniform int useSelected;
+#ifdef USE_TEXTURE
+const int mode = 0;
+uniform float texopac;
+uniform sampler2D tex;
+#else
 uniform int mode;
+#endif
 uniform float opac;
 uniform sampler2D shadowTex;
 uniform float viewWidth;
@@ -100,7 +106,7 @@ uniform float stencilTexOpac;
 uniform int useStencil;
 uniform int invStencil;
 uniform int useColor;
-varying vec3 color;
+varying vec4 color;
 varying vec3 normal;
 uniform vec3 lightDir;
 varying vec3 shuv;
@@ -117,9 +123,17 @@ const char kSurfaceMain[] = R"(void main(){
   D = D*.75+.25;
   D = D * 1.3;
   if ( D > 1.0 ) D = 1.0;
+#ifdef USE_TEXTURE
+  vec3 tC = texture2D(tex, gl_TexCoord[0].st).rgb;
+  C = C*(1.0-texopac) + tC*texopac;
   if(useColor == 1){
-    C = color;
+    C = C*(1.0-color.a) + color.rgb*color.a;
   }
+#else
+  if(useColor == 1){
+    C = color.rgb;
+  }
+#endif
   if(mode == 0){
   } else if(mode == 1){
     C *= 0.85; A *= 0.85;
@@ -173,6 +187,25 @@ const char kSurfaceMain[] = R"(void main(){
   if(mode == 0)
   gl_FragColor.a = opac;
   else gl_FragColor.a = opac*0.5;
+}
+)";
+
+const char kOverlayVertex[] = R"(void main(){
+  gl_TexCoord[0] = gl_TextureMatrix[0]*gl_MultiTexCoord0;
+  gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex;
+}
+)";
+
+const char kOverlayFragment[] = R"(uniform sampler2D stencilTex;
+uniform float opacity;
+uniform int colored;
+void main(){
+  vec4 c = texture2D(stencilTex, gl_TexCoord[0].st );
+  if(colored == 1)
+  gl_FragColor.xyz = c.xyz;
+  else
+  gl_FragColor.xyz = vec3(c.r, c.r, c.r);
+  gl_FragColor.a = opacity*c.a;
 }
 )";
 
