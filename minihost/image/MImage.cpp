@@ -5,6 +5,7 @@
 #include <new>
 
 #include "minihost/image/ImageFile.h"
+#include "minihost/shade/FileTexture.h"
 
 using minihost::Picture;
 
@@ -24,7 +25,8 @@ MStatus MImage::create(unsigned width, unsigned height, unsigned channels) {
     return MS::kSuccess;
 }
 
-MStatus MImage::readFromFile(const MString& path) {
+MStatus MImage::readFromFile(const MString& path, MPixelType type) {
+    if (type != kByte) return MS::kNotImplemented;
     Picture picture;
     if (!minihost::ReadPicture(path.str(), 4, picture).empty()) return MS::kFailure;
     width_ = static_cast<unsigned>(picture.width);
@@ -32,6 +34,13 @@ MStatus MImage::readFromFile(const MString& path) {
     channels_ = 4;
     pixels_ = std::move(picture.pixels);
     return verticalFlip();
+}
+
+MStatus MImage::readFromTextureNode(const MObject& texture, MPixelType type) {
+    auto* node = texture.as<minihost::Node>();
+    if (!node || !node->type().IsA("file")) return MS::kFailure;
+    const std::string path = minihost::ImagePathOf(*node);
+    return path.empty() ? MS::kFailure : readFromFile(MString(path), type);
 }
 
 MStatus MImage::writeToFile(const MString& path, const MString& format) const {
