@@ -290,10 +290,12 @@ void LMeshObject::UpdateLevelVisibility() {
 void LMeshObject::UpdateLevelMtlIds() {
     if (!geom_ || !hasmtlids_) return;
     SizeLevelArrays();
-    for (size_t f = 0; f < fmaterialids_.size(); ++f)
-        ForEachSubFace(static_cast<int>(f), [&](int level, int sub) {
-            fmaterialidsLvls_[level][sub] = fmaterialids_[f];
-        });
+    for (size_t f = 0; f < fmaterialids_.size(); ++f) {
+        const bool none = std::binary_search(voidMtls_.begin(), voidMtls_.end(), fmaterialids_[f]);
+        const int id = none ? -1 : fmaterialids_[f];
+        ForEachSubFace(static_cast<int>(f),
+                       [&](int level, int sub) { fmaterialidsLvls_[level][sub] = id; });
+    }
 }
 
 void LMeshObject::SetMtlIds(std::span<const int> ids) {
@@ -307,13 +309,13 @@ void LMeshObject::ClearMtlIds() {
     std::fill(fmaterialids_.begin(), fmaterialids_.end(), -1);
     for (auto& level : fmaterialidsLvls_) std::fill(level.begin(), level.end(), -1);
     hasmtlids_ = false;
+    voidMtls_.clear();
 }
 
 void LMeshObject::SetVoidMtls(const std::vector<int>& list) {
-    if (!geom_ || static_cast<int>(fmaterialidsLvls_.size()) != geom_->GetNumSubivLevels()) return;
-    for (auto& level : fmaterialidsLvls_)
-        for (int& id : level)
-            if (std::find(list.begin(), list.end(), id) != list.end()) id = -1;
+    voidMtls_ = list;
+    std::sort(voidMtls_.begin(), voidMtls_.end());
+    UpdateLevelMtlIds();
 }
 
 /// Gives the arrays of all levels up to the active one their sizes.

@@ -90,8 +90,10 @@ class LMeshObject {
     /// One material number a base face.
     void SetMtlIds(std::span<const int> ids);
     void ClearMtlIds();
-    /// Takes the listed materials from the faces of all levels.
+    /// The listed materials count as none, on all levels that there are and will be, until another
+    /// list comes.
     void SetVoidMtls(const std::vector<int>& list);
+    bool HasMtlIds() const { return hasmtlids_; }
 
     /// Levels. The new level becomes active.
     bool SubdivideAll_Loop(bool smoothGeom, bool protectOpen);
@@ -200,7 +202,7 @@ class LMeshObject {
     std::unique_ptr<LSubdivMesh> geom_;
     std::vector<LPoint3> fNormals_, vNormals_;
     Bytes vselection_, vvisibility_, fselection_, fvisibility_;
-    std::vector<int> fmaterialids_;
+    std::vector<int> fmaterialids_, voidMtls_;
     Bytes vselectionLvl_, vvisibilityLvl_;
     PerLevel<uint8_t> fselectionLvls_, fvisibilityLvls_;
     PerLevel<int> fmaterialidsLvls_;

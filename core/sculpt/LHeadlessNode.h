@@ -75,6 +75,12 @@ class LHeadlessNode : public LNode {
     bool getAffectGeometry() const override { return settings_.affectGeometry; }
     bool getAffectVertexColor() const override { return settings_.affectVertColor; }
     bool getAffectStencil() const override { return settings_.affectStencil; }
+    bool getAffectTexture(bool withMap) const override {
+        return settings_.affectTexture && (!withMap || HasMaps());
+    }
+    bool getAffectTexStencil(bool withMap) const override {
+        return settings_.affectTexStencil && (!withMap || HasMaps());
+    }
     float getVertColorStrength(bool tablet) const override;
     LColor getVertexPaintColor() const override;
     void setVertexPaintColor(LColor color) override {

@@ -17,6 +17,7 @@
 #include "core/morph/LMorphDelta.h"
 #include "core/morph/LTargetLists.h"
 #include "core/paint/LColorDelta.h"
+#include "core/paint/LMaterialSet.h"
 #include "core/paint/PaintEdit.h"
 #include "core/sculpt/LFalloffCache.h"
 #include "core/sculpt/LThreadGroup.h"
@@ -124,6 +125,11 @@ class LNode : public LTargetLists {
     /// Edits everywhere what brushes would paint on, colours before stencils. False, and nothing
     /// happens, in a stroke.
     bool EditPaint(PaintEdit edit);
+    /// The materials whose maps are shown and painted; null while none are.
+    LMaterialSet* GetMtlSet() const { return mtlset_.get(); }
+    void SetMtlSet(std::unique_ptr<LMaterialSet> set);
+    /// Counts the sets that there were.
+    unsigned NumMtlSets() const { return mtlSets_; }
     LMorphDelta* GetDelta() const { return lcurMorph_.get(); }
     LSubdivMesh* GetDeltaMesh() const { return lcurMorph_ ? lcurMorph_->GetOrigMesh() : nullptr; }
     /// The longest delta vector, 0 without a delta.
@@ -380,6 +386,10 @@ class LNode : public LTargetLists {
     virtual bool getAffectGeometry() const = 0;
     virtual bool getAffectVertexColor() const = 0;
     virtual bool getAffectStencil() const = 0;
+    /// Brushes change the maps of materials, or the stencils over them; with `withMap` only where
+    /// there is a map.
+    virtual bool getAffectTexture(bool withMap) const = 0;
+    virtual bool getAffectTexStencil(bool withMap) const = 0;
     /// As getBrushPaintPressure, of the strength of vertex colours and stencils.
     virtual float getVertColorStrength(bool tablet) const = 0;
     virtual LColor getVertexPaintColor() const = 0;
@@ -413,6 +423,7 @@ class LNode : public LTargetLists {
     virtual int getNumRenderSubdivisionLevels() const = 0;
     int GetObjSmoothIt() const { return getObjSmoothIt(); }
     LColor GetVertexPaintColor() const { return getVertexPaintColor(); }
+    bool HasMaps() const { return mtlset_ && mtlset_->HasMaps(); }
     bool SculptTransformMode() const { return IsSculptTransformMode(getTransformMode(false)); }
     bool PaintTransformMode() const { return IsPaintTransformMode(getTransformMode(false)); }
 
@@ -525,6 +536,7 @@ class LNode : public LTargetLists {
         return *cache;
     }
     bool AffectsColours() const;
+    bool EditMaps(PaintEdit edit);
     int CacheColourUndo();
     void KeepUndosInStep();
     LColorDelta* StrokeColours() const;
@@ -568,6 +580,8 @@ class LNode : public LTargetLists {
     std::unique_ptr<LMeshObject> lobject_;
     std::unique_ptr<LMorphDelta> lcurMorph_;
     std::unique_ptr<LColorDelta> lcolorDelta_;
+    std::unique_ptr<LMaterialSet> mtlset_;
+    unsigned mtlSets_ = 0;
     std::unique_ptr<LMesh> lmeshCache_, lblendCache_;
     std::unique_ptr<LSubdivMesh> lentryCache_;
     std::unique_ptr<LSmoothCache> lsmoothCache_;

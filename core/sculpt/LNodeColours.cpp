@@ -30,8 +30,31 @@ void LNode::PrepareColours() {
     if (getAffectStencil()) ldisplayCache_->TakeStencils({});
 }
 
+void LNode::SetMtlSet(std::unique_ptr<LMaterialSet> set) {
+    mtlset_ = std::move(set);
+    ++mtlSets_;
+}
+
+/// Edits the maps where brushes would paint on them, or their stencils; false where they don't.
+bool LNode::EditMaps(PaintEdit edit) {
+    const bool texels = getAffectTexture(true), stencils = !texels && getAffectTexStencil(true);
+    if (!texels && !stencils) return false;
+    for (unsigned m = 0; m < mtlset_->GetNumMaterials(); ++m) {
+        LTexture* map = mtlset_->GetMaterial(m)->GetMap(0);
+        if (texels && edit == PaintEdit::Clear) map->Clear();
+        if (texels && edit == PaintEdit::Invert) map->Invert();
+        if (texels && edit == PaintEdit::Fill) map->Fill(GetVertexPaintColor());
+        if (stencils && edit != PaintEdit::Invert) map->ClearStencil();
+        if (stencils && edit != PaintEdit::Clear) map->InvertStencil();
+    }
+    return true;
+}
+
 bool LNode::EditPaint(PaintEdit edit) {
-    if (!lcolorDelta_ || lstroke_) return false;
+    if (lstroke_) return false;
+    const bool wholeMaps = edit != PaintEdit::ColorToStencil && edit != PaintEdit::StencilToColor;
+    const bool maps = wholeMaps && EditMaps(edit);
+    if (!lcolorDelta_) return maps;
     const bool colours = getAffectVertexColor(), stencils = !colours && getAffectStencil();
     const bool converts = edit == PaintEdit::ColorToStencil || edit == PaintEdit::StencilToColor;
     if (!colours && !stencils && !converts) return true;

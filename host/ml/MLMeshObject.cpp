@@ -150,7 +150,7 @@ void MLMeshObject::SelectPolygons(const std::set<int>& polygons, const std::set<
 }
 
 void MLMeshObject::UpdateMtlIds(const MObject& node) {
-    if (GetFaceMtlId(0, 0) != -1) return UpdateLevelMtlIds();
+    if (HasMtlIds()) return UpdateLevelMtlIds();
     ProgressScope progress(getProgressCallbck());
     progress.Reach(0.1f);
     MObject mesh;

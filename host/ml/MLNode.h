@@ -149,6 +149,12 @@ class MLNode : public LNode {
         return Bool(&NodeAttributes::m_moAffectVertColor);
     }
     bool getAffectStencil() const override { return Bool(&NodeAttributes::m_moAffectStencil); }
+    bool getAffectTexture(bool withMap) const override {
+        return Bool(&NodeAttributes::m_moAffectTexture) && (!withMap || HasMaps());
+    }
+    bool getAffectTexStencil(bool withMap) const override {
+        return Bool(&NodeAttributes::m_moAffectTexStencil) && (!withMap || HasMaps());
+    }
     float getVertColorStrength(bool tablet) const override;
     LColor getVertexPaintColor() const override;
     void setVertexPaintColor(LColor color) override;

@@ -61,6 +61,17 @@ TEST(MeshObject, LevelsDeriveSelectionAndVisibilityFromTheBase) {
         }
     }
     EXPECT_FALSE(object.IsFaceVisible(object.GetNumFaces()));
+    object.SetVoidMtls({9, 0, 77});
+    for (const int level : {2, 0, 1}) {
+        ASSERT_TRUE(object.SetActiveSubdivLevel(level));
+        for (int f = 0; f < object.GetNumFaces(); ++f) {
+            const int id = f >> (2 * level);
+            EXPECT_EQ(object.GetFaceMtlId(f), id == 0 || id == 9 ? -1 : id) << level;
+        }
+    }
+    object.SetVoidMtls({});
+    EXPECT_EQ(object.GetFaceMtlId(0), 0);
+    ASSERT_TRUE(object.SetActiveSubdivLevel(2));
     object.ClearMtlIds();
     EXPECT_EQ(object.GetFaceMtlId(0), -1);
     object.HideSelected();
