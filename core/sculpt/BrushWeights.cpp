@@ -28,7 +28,8 @@ void PatternFrame::Coords(const LPoint3& offset, float& x, float& y) const {
     y = (g * b - a * f) * k;
 }
 
-BrushWeights::BrushWeights(LNode& node, Set set, const LPoint3& c, const LPattern* pattern)
+BrushWeights::BrushWeights(LNode& node, Set set, const LPoint3& c, const StrokePattern& pattern,
+                           Of of)
     : set_(set),
       axis_(SymmetryAxis(node.getSymetryMode())),
       soft_(set == Set::kSculpt ? node.useSoftFalloff() : node.useSoftFalloff2()),
@@ -38,6 +39,7 @@ BrushWeights::BrushWeights(LNode& node, Set set, const LPoint3& c, const LPatter
       radius_(node.lradius()),
       radius2_(radius_ * radius_),
       pattern_(pattern),
+      term_(TermOf(pattern, node.getPatternMode(), of)),
       centre_(c),
       mirror_(node.MirrorPosition(c)) {
     const LFalloffCache* curve = set == Set::kSculpt ? node.lfalloff1() : node.lfalloff2();
@@ -60,11 +62,36 @@ float BrushWeights::Falloff(float distance2) const {
                               min_);
 }
 
-float BrushWeights::Pattern(const PatternFrame& frame, const LPoint3& offset) const {
-    if (!pattern_) return 1;
+BrushWeights::Term BrushWeights::TermOf(const StrokePattern& pattern, int patternMode,
+                                        Of of) const {
+    if (!pattern) return Term::kOne;
+    if (pattern.lie == StrokePattern::Lie::kUVs)
+        return of == Of::kAlpha ? Term::kUVAlpha : Term::kUV;
+    // A symmetric stroke knows patterns as stamps alone.
+    if (axis_ >= 0) return Term::kFrame;
+    // Nothing stands in the view yet that a pattern could lie on.
+    if (pattern.lie == StrokePattern::Lie::kSheet) return Term::kOne;
+    if (of == Of::kWeight) return Term::kFrame;
+    return patternMode == 0 ? Term::kFrameAlpha : Term::kOne;
+}
+
+float BrushWeights::PatternTerm(const PatternFrame& frame, const LPoint3& offset, int v) const {
+    const LPattern& pattern = *pattern_.pattern;
+    if (term_ >= Term::kUV) {
+        const LPoint2 uv = pattern_.UV(v);
+        return term_ == Term::kUV ? pattern.GetProjWeight(uv.x, uv.y)
+                                  : pattern.GetProjColor(uv.x, uv.y).a;
+    }
     float x, y;
     frame.Coords(offset, x, y);
-    return pattern_->GetWeight(x, y);
+    if (term_ == Term::kFrame) return pattern.GetWeight(x, y);
+    return x >= -1 && x <= 1 && y >= -1 && y <= 1 ? pattern.GetColor(x, y).a : 0;
+}
+
+float BrushWeights::NearerFalloff(float a, float b) const {
+    if (b > radius2_) return Falloff(a);
+    if (a > radius2_) return Falloff(b);
+    return std::max(Falloff(a), Falloff(b));
 }
 
 float BrushWeights::SculptWeight(const LPoint3& d, const LPoint3& dm, float a, float b) const {

@@ -72,6 +72,9 @@ class LHeadlessNode : public LNode {
     int getNumSculptSmoothIterations() const override { return settings_.sculptSmoothIterations; }
     int getNumSculptSharpenIterations() const override { return settings_.sculptSharpenIterations; }
     int getPatternMode() const override { return settings_.patternMode; }
+    int getPatternUVchannel() const override { return settings_.patternUVchannel; }
+    float getPatternUVopacity() const override { return settings_.uvsetpatternOpac; }
+    bool getUseColorAsAlpha() const override { return settings_.colorAsAlpha; }
     bool getAffectGeometry() const override { return settings_.affectGeometry; }
     bool getAffectVertexColor() const override { return settings_.affectVertColor; }
     bool getAffectStencil() const override { return settings_.affectStencil; }

@@ -7,6 +7,7 @@
 
 #include "core/io/SystemMemory.h"
 #include "core/morph/LMeshBases.h"
+#include "core/paint/LPatternCollection.h"
 #include "core/sculpt/BrushWeights.h"
 #include "core/sculpt/LDynMask.h"
 
@@ -146,6 +147,7 @@ bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     lsmoothCache2_.reset();
     lsmoothCache3_.reset();
     lsmoothCacheF_.reset();
+    lgeomidx2uv_.Clear();
     lsnapOK_ = false;
     fillSculptCache();
     const auto topology = lmeshCache_->Topology();
@@ -155,6 +157,7 @@ bool LNode::OpenLevel(const std::function<bool(float)>& reach) {
     if (!reach(0.4f)) return false;
     setLevelDisplayCache();
     PrepareColours();
+    GetStrokePattern();
     if (!reach(0.6f)) return false;
     setLevelOctTree();
     ActiveCaches().shown = surface_;
@@ -183,6 +186,7 @@ void LNode::FinishSculpt(bool) {
     lentryCache_.reset();
     if (lobject_) lobject_->ClearWeights();
     deleteAllLevelTrees();
+    lgeomidx2uv_.Clear();
     lmeshCache_.reset();
     lsmoothCache_.reset();
     lsmoothCache2_.reset();

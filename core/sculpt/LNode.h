@@ -22,6 +22,8 @@
 #include "core/sculpt/LFalloffCache.h"
 #include "core/sculpt/LThreadGroup.h"
 #include "core/sculpt/NormalSmoother.h"
+#include "core/sculpt/PatternUVs.h"
+#include "core/sculpt/StrokePattern.h"
 #include "core/sculpt/theThData.h"
 
 namespace VantrelSDK {
@@ -30,6 +32,7 @@ class LDynMask;
 class LFrameTerm;
 class LMeshBasesUV2;
 class LPattern;
+class LPatternCollection;
 class StrokeListener;
 struct StrokeStep;
 
@@ -339,10 +342,17 @@ class LNode : public LTargetLists {
     float calcWeight(int i, const LPoint3& p, const LPoint3& c);
     /// The same by the curve of the stroke modes.
     float calcWeight2(int i, const LPoint3& p, const LPoint3& c);
-    /// The same for colours.
+    /// The same for colours: of a pattern counts the alpha.
     float calcWeight3(const LPoint3& p, const LPoint3& c);
     /// As calcWeight2 without a pattern.
     float calcWeight2tex(const LPoint3& p, const LPoint3& c);
+    /// As calcWeight, calcWeight2 and calcWeight3 with a pattern that lies on the surface, at point
+    /// `uvIndex` of its channel; without one for another mode, channel or point.
+    float calcWeightUV(const LPoint3& p, const LPoint3& c, int uvIndex);
+    float calcWeightUV2(const LPoint3& p, const LPoint3& c, int uvIndex);
+    float calcWeightUV3(const LPoint3& p, const LPoint3& c, int uvIndex);
+    /// The colour at p of the active pattern under a brush at c: black outside it and without one.
+    LAColor getPatternColor(const LPoint3& p, const LPoint3& c);
     /// Turns the pattern's frame along the stroke and jitters it. True when a stamp is due in this
     /// step; savedRadius then takes the radius to restore, unless it is left alone.
     bool adjustBrushPattern(float& savedRadius);
@@ -353,9 +363,17 @@ class LNode : public LTargetLists {
     const std::vector<LDynMask*>& ldynmasks() const { return ldynmasks_; }
     /// In the place of all others until it is null: the one that a log was recorded with.
     void PlayMask(std::unique_ptr<LDynMask> mask);
-    /// The stamp in use (borrowed); null is none.
-    const LPattern* GetActivePattern() const { return activePattern_; }
-    void SetActivePattern(const LPattern* pattern) { activePattern_ = pattern; }
+    /// The node's patterns; null until somebody needs them.
+    LPatternCollection* lpatterns() const { return lpatterns_.get(); }
+    std::unique_ptr<LPatternCollection>& _lpatterns() { return lpatterns_; }
+    /// The one in use; null is none.
+    LPattern* GetActivePattern() const;
+    /// The same, and how it lies in a step. In a session alone, for patterns by UVs.
+    StrokePattern GetStrokePattern();
+    const LUVSubdivChannel* GetPatternChannel() const;
+    /// In a session, makes what the active pattern needs of the whole surface; to be called when it
+    /// or the way it lies is another, so that no press has to.
+    void PreparePattern();
 
     // Settings.
 
@@ -383,6 +401,11 @@ class LNode : public LTargetLists {
     virtual int getNumSculptSmoothIterations() const = 0;
     virtual int getNumSculptSharpenIterations() const = 0;
     virtual int getPatternMode() const = 0;
+    /// The UV channel that patterns lie on the surface by, and how far they are seen there.
+    virtual int getPatternUVchannel() const = 0;
+    virtual float getPatternUVopacity() const = 0;
+    /// A pattern's brightness is its alpha.
+    virtual bool getUseColorAsAlpha() const = 0;
     virtual bool getAffectGeometry() const = 0;
     virtual bool getAffectVertexColor() const = 0;
     virtual bool getAffectStencil() const = 0;
@@ -535,6 +558,8 @@ class LNode : public LTargetLists {
             cache = std::make_unique<Cache>(lmeshCache_->GetNumVerts(), lmeshCache_->Faces());
         return *cache;
     }
+    StrokePattern FramePattern() const;
+    float UVWeight(bool sculpt, bool alpha, const LPoint3& p, const LPoint3& c, int point);
     bool AffectsColours() const;
     bool EditMaps(PaintEdit edit);
     int CacheColourUndo();
@@ -605,7 +630,8 @@ class LNode : public LTargetLists {
     std::unique_ptr<ILRandGenerator> rgen_;
     std::vector<LDynMask*> ldynmasks_;
     std::unique_ptr<LDynMask> playedMask_;
-    const LPattern* activePattern_ = nullptr;
+    std::unique_ptr<LPatternCollection> lpatterns_;
+    PatternUVs lgeomidx2uv_;
     StrokeListener* listener_ = nullptr;
     /// Counts changes of the surface, so that a level's caches know whether they show it.
     unsigned surface_ = 1;

@@ -65,7 +65,7 @@ StrokeStep LNode::MakeStep(int mode) {
             .axis = SymmetryAxis(getSymetryMode()),
             .pushPullMode = getPushPullMode(),
             .pressure = getBrushPaintPressure(true),
-            .pattern = GetActivePattern(),
+            .pattern = GetStrokePattern(),
             .mask = GetMask(),
             .stencil = StrokeStencil(),
             .selected = useSelected ? lobject_->SelectedVerts().data() : nullptr,
@@ -174,61 +174,6 @@ bool LNode::UndoStroke() {
     ldisplayCache_->CalcChanged(true);
     ldisplayCache_->CachePushPullNormas();
     SurfaceChanged(restored);
-    return true;
-}
-
-float LNode::calcWeight(int, const LPoint3& p, const LPoint3& c) {
-    return BrushWeights(*this, BrushWeights::Set::kSculpt, c, GetActivePattern())(p);
-}
-
-float LNode::calcWeight2(int, const LPoint3& p, const LPoint3& c) {
-    return BrushWeights(*this, BrushWeights::Set::kPaint, c, GetActivePattern())(p);
-}
-
-float LNode::calcWeight3(const LPoint3& p, const LPoint3& c) {
-    return calcWeight2(0, p, c);
-}
-
-float LNode::calcWeight2tex(const LPoint3& p, const LPoint3& c) {
-    return BrushWeights(*this, BrushWeights::Set::kPaint, c, nullptr)(p);
-}
-
-bool LNode::adjustBrushPattern(float& savedRadius) {
-    if (getUseChainPatternStamps()) {
-        if (!stampChainStarted_) {
-            stampChainStarted_ = true;
-            stampPos_ = ltrans_[2];
-            return false;
-        }
-        if ((ltrans_[2] - stampPos_).Len() < 2 * lradius_) return false;
-        laxial_ = Normalized(ltrans_[2] - (stampPos_ + laxial_ * lradius_));
-        stampPos_ = ltrans_[2];
-        lorth_ = Normalized(lnormal_ ^ laxial_);
-        return true;
-    }
-    const LPoint3 along = ltrans_[2] - ltrans_[1];
-    if (along == LPoint3::Zero) return false;
-    laxial_ = Normalized(along);
-    lorth_ = Normalized(lnormal_ ^ laxial_);
-    if (getUseRandomPatternScale()) {
-        savedRadius = lradius_;
-        lradius_ *=
-            static_cast<float>(rgen_->RandDouble(getMinPatternScale(), getMaxPatternScale()));
-    }
-    if (getUseRandomPatternRotation()) {
-        const float r = getMaxPatternRotation() / 180.0f;
-        const float angle = static_cast<float>(rgen_->RandDouble(-r, r)) * 3.1415927f;
-        LMatrix3 turn;
-        turn.SetRotation(ldir_, angle);
-        lorth_ = turn.TransfromVector(lorth_);
-        laxial_ = turn.TransfromVector(laxial_);
-    }
-    if (getUseRandomPatternOffset()) {
-        const float m = getMaxPatternOffset();
-        const float x = static_cast<float>(rgen_->RandDouble(-m, m));
-        const float y = static_cast<float>(rgen_->RandDouble(-m, m));
-        ltrans_[2] += (lorth_ * x + laxial_ * y) * lradius_;
-    }
     return true;
 }
 

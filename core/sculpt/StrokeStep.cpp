@@ -16,9 +16,11 @@ float TurnCosine(const LNode& node) {
 
 }  // namespace
 
-bool CanSweep(const StrokeStep& step, bool minTurn) {
+bool CanSweep(const StrokeStep& step, bool minTurn, bool sweepsSheet) {
     const LNode& node = step.node;
-    if (LNode::prefNumInterpolationSteps < 2 || step.pattern) return false;
+    if (LNode::prefNumInterpolationSteps < 2) return false;
+    if (step.pattern && !(sweepsSheet && step.pattern.lie == StrokePattern::Lie::kSheet))
+        return false;
     if (!((node.ltrans(2) - node.ltrans(1)).Len() > 0)) return false;
     return !minTurn || TurnCosine(node) > kSharpTurn;
 }
@@ -27,7 +29,7 @@ void SearchStep(StrokeStep& step, const StrokeSearch& search) {
     LNode& node = step.node;
     const float radius = node.lradius(), reach = radius * search.reach;
     step.hits.Clear();
-    step.swept = search.canSweep && CanSweep(step, search.minTurn);
+    step.swept = search.canSweep && CanSweep(step, search.minTurn, search.sweepsSheet);
     if (step.swept) {
         const LPoint3 p0 = node.ltrans(1), p1 = node.ltrans(2);
         LOctTree::Sweep sweep;

@@ -28,7 +28,7 @@ struct StrokeStep {
     int pushPullMode;
     float pressure;
     /// Null: no stamp, no mask, no stencil, no restriction to the selection.
-    const LPattern* pattern;
+    StrokePattern pattern;
     const LDynMask* mask;
     const float* stencil;
     const uint8_t* selected;
@@ -46,6 +46,13 @@ struct StrokeStep {
     bool Skips(int v) const { return selected && !selected[v]; }
     /// The surface as it is.
     LPoint3 Position(int v) const { return base[v] + delta[v]; }
+    /// The brush of the stroke modes at c, for everything but colours, and for those.
+    BrushWeights Brush(const LPoint3& c) const {
+        return {node, BrushWeights::Set::kPaint, c, pattern};
+    }
+    BrushWeights ColorBrush(const LPoint3& c) const {
+        return {node, BrushWeights::Set::kPaint, c, pattern, BrushWeights::Of::kAlpha};
+    }
     /// The drag vector.
     LPoint3 Drag() const { return node.ltrans(2) - node.ltrans(0); }
 
@@ -78,24 +85,26 @@ struct StrokeStep {
     bool ForFound(const BrushWeights& brush, const LPoint3* positions, const Act& act) const {
         return ForVerts(hits.verts, [&](int v, int i, theThData& record) {
             if (Skips(v)) return;
-            const float weight = swept ? hits.weights[i] : brush(positions[v]);
+            const float weight = swept ? hits.weights[i] : brush(positions[v], v);
             if (weight > 0) act(v, Held(weight, v, positions[v]), record);
         });
     }
 
-    /// As ForVerts over what the search found, for acts on colours and stencils, which the display
-    /// cache then shows. act(vertex, weight, record) gets a weight above 0 that is not held: that
-    /// of the swept search when `useSwept`, else brush(p), with p from `positions`.
+    /// As ForVerts over what the search found, for acts on colours, or on stencils, which the
+    /// display cache then shows, with a brush at `centre`. act(vertex, weight, record) gets a
+    /// weight above 0 that is not held: that of the swept search when `useSwept`, else the brush's,
+    /// with positions from `positions`.
     template <class Act>
-    void ForPainted(const BrushWeights& brush, const LPoint3* positions, bool useSwept,
-                    const Act& act) const {
-        ForVerts(hits.verts, [&](int v, int i, theThData& record) {
-            if (Skips(v)) return;
-            const float weight = swept && useSwept ? hits.weights[i] : brush(positions[v]);
-            if (weight > 0) act(v, weight, record);
-        });
-        if (affectColor) node.ldisplayCache()->TakeColors(hits.verts);
-        if (affectStencil) node.ldisplayCache()->TakeStencils(hits.verts);
+    void ForColors(const LPoint3& centre, const LPoint3* positions, bool useSwept,
+                   const Act& act) const {
+        ForPainted(ColorBrush(centre), positions, useSwept, act);
+        node.ldisplayCache()->TakeColors(hits.verts);
+    }
+    template <class Act>
+    void ForStencils(const LPoint3& centre, const LPoint3* positions, bool useSwept,
+                     const Act& act) const {
+        ForPainted(Brush(centre), positions, useSwept, act);
+        node.ldisplayCache()->TakeStencils(hits.verts);
     }
     /// A weight times what the mask lets through.
     float Masked(float weight, const LPoint3& p) const {
@@ -118,6 +127,17 @@ struct StrokeStep {
         for (const LPoint3& sum : sums) total += sum;
         return total;
     }
+
+  private:
+    template <class Act>
+    void ForPainted(const BrushWeights& brush, const LPoint3* positions, bool useSwept,
+                    const Act& act) const {
+        ForVerts(hits.verts, [&](int v, int i, theThData& record) {
+            if (Skips(v)) return;
+            const float weight = swept && useSwept ? hits.weights[i] : brush(positions[v], v);
+            if (weight > 0) act(v, weight, record);
+        });
+    }
 };
 
 /// How a brush searches in a step.
@@ -129,6 +149,8 @@ struct StrokeSearch {
     bool canSweep = true;
     /// A sharp turn ends the sweep.
     bool minTurn = true;
+    /// A pattern that stands in the view doesn't; any other does.
+    bool sweepsSheet = false;
     /// Take off what the step before gave.
     bool accumulate = false;
 };
@@ -139,8 +161,8 @@ void SearchStep(StrokeStep& step, const StrokeSearch& search);
 /// Starts the display cache's marks anew with what step.hits holds.
 void MarkFound(StrokeStep& step);
 
-/// True when the stroke's last two segments go on without a sharp turn, and the step has a length
-/// that is worth filling in.
-bool CanSweep(const StrokeStep& step, bool minTurn);
+/// True when the step has a length that is worth filling in, no pattern forbids it, and, with
+/// `minTurn`, the stroke's last two segments go on without a sharp turn.
+bool CanSweep(const StrokeStep& step, bool minTurn, bool sweepsSheet = false);
 
 }  // namespace VantrelSDK

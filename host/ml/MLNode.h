@@ -144,6 +144,11 @@ class MLNode : public LNode {
         return Count(&NodeAttributes::m_moSculptSharpenIterations);
     }
     int getPatternMode() const override { return Int(&NodeAttributes::m_moPatternMode); }
+    int getPatternUVchannel() const override { return Int(&NodeAttributes::m_moPatternUVchannel); }
+    float getPatternUVopacity() const override {
+        return Float(&NodeAttributes::m_moUvsetpatternOpac);
+    }
+    bool getUseColorAsAlpha() const override { return Bool(&NodeAttributes::m_moColorAsAlpha); }
     bool getAffectGeometry() const override { return Bool(&NodeAttributes::m_moAffectGeometry); }
     bool getAffectVertexColor() const override {
         return Bool(&NodeAttributes::m_moAffectVertColor);

@@ -68,7 +68,7 @@ bool Walk(StrokeStep& step, float fixedChange, const Visit& visit) {
     if (!step.affectGeometry) return false;
     const bool soft = node.useSoftFalloff2(),
                snapped = step.IsSymmetric() && node.getSymmetrySnaping();
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const BrushWeights brush = step.Brush(node.ltrans(1));
     return step.ForVerts(step.hits.verts, [&](int v, int, theThData& record) {
         if (step.Skips(v)) return;
         const LPoint3& p = step.start[v];
@@ -82,7 +82,7 @@ bool Walk(StrokeStep& step, float fixedChange, const Visit& visit) {
         // A snapped mirror image can lie anywhere.
         if (snapped) first = 0, last = static_cast<int>(samples.centres.size());
         for (int k = first; k < last; ++k) {
-            const float reach = brush.At(p, samples.centres[k], samples.mirrors[k]);
+            const float reach = brush.At(p, v, samples.centres[k], samples.mirrors[k]);
             if (!(reach > 0)) continue;
             const float w = step.Held(reach, v, p);
             if (!(w > 0)) continue;

@@ -43,25 +43,33 @@ LAColor Blended(const StrokeStep& step, const LMorphTarget* target, int v, float
 }
 
 /// Colours are blended, the stencil grows.
-void BlendColours(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
+void BlendColours(const StrokeStep& step, const LPoint3* positions) {
     const float* stencils = step.colours->Stencils();
     const LMorphTarget* first = step.node.GetMorph(0);
     const LMorphTarget* target = first && first->HasRGBA() ? first : nullptr;
-    step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
-        const float a = step.Masked(std::min(weight, 1.0f), positions[v]) * step.colorStrength;
-        if (!(a > 0)) return;
-        if (step.affectColor) record.SetPaint(v, Blended(step, target, v, a));
-        if (step.affectStencil) record.SetStencil(v, MixedStencil(stencils[v], a));
-    });
+    const LPoint3 centre = step.node.ltrans(1);
+    const auto share = [&](int v, float weight) {
+        return step.Masked(std::min(weight, 1.0f), positions[v]) * step.colorStrength;
+    };
+    if (step.affectColor)
+        step.ForColors(centre, positions, false, [&](int v, float weight, theThData& record) {
+            const float a = share(v, weight);
+            if (a > 0) record.SetPaint(v, Blended(step, target, v, a));
+        });
+    if (step.affectStencil)
+        step.ForStencils(centre, positions, false, [&](int v, float weight, theThData& record) {
+            const float a = share(v, weight);
+            if (a > 0) record.SetStencil(v, MixedStencil(stencils[v], a));
+        });
 }
 
 bool BrushStep(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.centre = 1, .canSweep = false});
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
     const LPoint3* positions = node.ldisplayCache()->verts().data();
-    if (step.colours) BlendColours(step, brush, positions);
+    if (step.colours) BlendColours(step, positions);
     if (!step.affectGeometry) return false;
+    const BrushWeights brush = step.Brush(node.ltrans(1));
     const LPoint3* target = BlendShape(step);
     return step.ForFound(brush, positions, [&](int v, float w, theThData& record) {
         const LPoint3 way = target[v] - step.Position(v);

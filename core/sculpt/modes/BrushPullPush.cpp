@@ -1,3 +1,4 @@
+#include "core/sculpt/PatternColors.h"
 #include "core/sculpt/StrokeStep.h"
 #include "core/sculpt/modes/Modes.h"
 
@@ -13,6 +14,7 @@ void Prepare(StrokeStep& step, bool atPress, bool) {
 }
 
 /// Lays a coat of the paint colour on what was found, or of the stencil; with sign -1 takes it off.
+/// A pattern colours the coat, and what it takes off goes by its brightness.
 template <int kSign>
 void PaintStep(StrokeStep& step) {
     LNode& node = step.node;
@@ -20,17 +22,27 @@ void PaintStep(StrokeStep& step) {
     const LColor colour = node.GetVertexPaintColor();
     const LAColor* paints = step.colours->Paints();
     const float* stencils = step.colours->Stencils();
-    const bool onStencil = !step.affectColor;
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);
-    step.ForPainted(brush, step.start, true, [&](int v, float weight, theThData& record) {
-        const float a = std::min(step.Masked(weight, step.start[v]), 1.0f) * strength;
+    const LPoint3 centre = node.ltrans(2);
+    const auto share = [&](int v, float weight) {
+        return std::min(step.Masked(weight, step.start[v]), 1.0f) * strength;
+    };
+    if (!step.affectColor) {
+        step.ForStencils(centre, step.start, true, [&](int v, float weight, theThData& record) {
+            const float a = share(v, weight);
+            if (a > 0)
+                record.SetStencil(
+                    v, kSign > 0 ? MixedStencil(stencils[v], a) : FadedStencil(stencils[v], a));
+        });
+        return;
+    }
+    const PatternColors stamp(node, centre, step.pattern);
+    step.ForColors(centre, step.start, true, [&](int v, float weight, theThData& record) {
+        float a = share(v, weight);
+        const LAColor s = step.pattern ? stamp(step.start[v], v) : LAColor::White;
+        if (kSign < 0) a *= step.pattern ? s.Intensivity() : 1;
         if (!(a > 0)) return;
-        if (onStencil)
-            record.SetStencil(
-                v, kSign > 0 ? MixedStencil(stencils[v], a) : FadedStencil(stencils[v], a));
-        else
-            record.SetPaint(
-                v, kSign > 0 ? MixedPaint(paints[v], a, colour) : FadedPaint(paints[v], a));
+        const LColor coat(colour.r * s.r, colour.g * s.g, colour.b * s.b);
+        record.SetPaint(v, kSign > 0 ? MixedPaint(paints[v], a, coat) : FadedPaint(paints[v], a));
     });
 }
 
@@ -54,14 +66,14 @@ template <int kSign>
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
     const bool accumulate = node.getDoAccumulate();
-    SearchStep(step, {.accumulate = accumulate && !node.firststep()});
+    SearchStep(step, {.sweepsSheet = true, .accumulate = accumulate && !node.firststep()});
     if (step.affectColor || step.affectStencil) {
         PaintStep<kSign>(step);
         return false;
     }
     if (!step.affectGeometry) return false;
     const float strength = step.pressure * node.loctTree()->GetExtent().Len() * 0.5f * kSign;
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);
+    const BrushWeights brush = step.Brush(node.ltrans(2));
     const LDisplayCache& display = *node.ldisplayCache();
     const LPoint3 centre = node.ltrans(2), mirror = node.MirrorPosition(centre);
     const LPoint3 common = step.pushPullMode == 2 ? CommonNormal(step) : -node.ldir();

@@ -31,7 +31,7 @@ bool Step(StrokeStep& step) {
     const LPoint3 u = Normalized(node.ltrans(2) - node.ltrans(1)), mirrorU = Mirrored(u, step.axis);
     const LPoint3 from = node.ltrans(1) - u * radius, to = node.ltrans(2) + u * radius;
     const Capsule direct(from, to), mirrored(Mirrored(from, step.axis), Mirrored(to, step.axis));
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);
+    const BrushWeights brush = step.Brush(node.ltrans(2));
     return step.ForFound(brush, step.start, [&](int v, float w, theThData& record) {
         const float rise = w - record.GetWeight(v);
         if (!(w > 0) || !(rise > 0)) return;

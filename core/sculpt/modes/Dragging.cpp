@@ -15,7 +15,7 @@ void PrimeDrag(StrokeStep& step, float reach, bool force) {
         const BrushWeights brush(node, BrushWeights::Set::kSculpt, centre, step.pattern);
         step.ForVerts(step.hits.verts, [&](int v, int, theThData& record) {
             const LPoint3& p = step.start[v];
-            float weight = brush(p);
+            float weight = brush(p, v);
             if (step.mask && weight > 0) weight *= step.mask->GetWeight(&node, p);
             record.SetWeight(v, std::clamp(weight, 0.0f, 1.0f));
         });

@@ -10,13 +10,13 @@ void Prepare(StrokeStep&, bool, bool) {}
 /// Takes vertices back to where they were when the session began.
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
-    SearchStep(step, {.accumulate = !node.firststep()});
+    SearchStep(step, {.sweepsSheet = true, .accumulate = !node.firststep()});
     if (!step.affectGeometry) return false;
     const float strength =
         step.pressure * std::min(0.05f * node.loctTree()->GetExtent().Len(), 0.2f * node.lradius());
     const LSubdivMesh* entry = node.lentryCache();
     const LPoint3* goals = entry ? entry->GetAllVertsPtr() : nullptr;
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(2), step.pattern);
+    const BrushWeights brush = step.Brush(node.ltrans(2));
     return step.ForFound(brush, step.start, [&](int v, float w, theThData& record) {
         if (!(w > 0)) return;
         const LPoint3 goal = goals ? goals[v] : LPoint3::Zero;

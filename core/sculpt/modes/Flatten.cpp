@@ -51,7 +51,7 @@ void Prepare(StrokeStep& step, bool atPress, bool) {
 }
 
 /// Takes colours, or stencils, part of the way to their mean.
-void EvenOut(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
+void EvenOut(const StrokeStep& step, const LPoint3* positions) {
     if (step.hits.verts.empty()) return;
     const float count = static_cast<float>(step.hits.verts.size());
     const float strength = std::min(1.0f, 10 * step.colorStrength);
@@ -63,13 +63,21 @@ void EvenOut(const StrokeStep& step, const BrushWeights& brush, const LPoint3* p
     mean.ClampMinMax();
     const float meanStencil =
         step.Sum(step.hits.verts, [&](int v) { return LPoint3(stencils[v], 0, 0); }).x / count;
-    step.ForPainted(brush, positions, true, [&](int v, float weight, theThData& record) {
-        const float t = std::min(step.Masked(weight, positions[v]), 1.0f) * strength;
-        if (!(t > 0)) return;
-        if (step.affectColor)
-            record.SetPaint(v, MovedPaint(paints[v], {mean.r, mean.g, mean.b, paints[v].a}, t));
-        if (step.affectStencil) record.SetStencil(v, MovedStencil(stencils[v], meanStencil, t));
-    });
+    const LPoint3 centre = step.node.ltrans(1);
+    const auto share = [&](int v, float weight) {
+        return std::min(step.Masked(weight, positions[v]), 1.0f) * strength;
+    };
+    if (step.affectColor)
+        step.ForColors(centre, positions, true, [&](int v, float weight, theThData& record) {
+            const float t = share(v, weight);
+            if (t > 0)
+                record.SetPaint(v, MovedPaint(paints[v], {mean.r, mean.g, mean.b, paints[v].a}, t));
+        });
+    if (step.affectStencil)
+        step.ForStencils(centre, positions, true, [&](int v, float weight, theThData& record) {
+            const float t = share(v, weight);
+            if (t > 0) record.SetStencil(v, MovedStencil(stencils[v], meanStencil, t));
+        });
 }
 
 /// Moves each vertex a part of its way to the plane, never across it. With accumulation the plane
@@ -77,9 +85,9 @@ void EvenOut(const StrokeStep& step, const BrushWeights& brush, const LPoint3* p
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.centre = 1, .accumulate = !node.firststep()});
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const BrushWeights brush = step.Brush(node.ltrans(1));
     const LPoint3* positions = node.ldisplayCache()->verts().data();
-    if (step.colours) EvenOut(step, brush, positions);
+    if (step.colours) EvenOut(step, positions);
     if (!step.affectGeometry) return false;
     Planes planes{{node.lflattenc(0), node.lflattenc(1)}, {node.lflattend(0), node.lflattend(1)}};
     if (node.getDoAccumulate()) {

@@ -10,7 +10,7 @@ void Prepare(StrokeStep& step, bool atPress, bool) {
 }
 
 /// Takes colours, or stencils, away from a smoothed copy of them.
-void SharpenColours(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions) {
+void SharpenColours(const StrokeStep& step, const LPoint3* positions) {
     LNode& node = step.node;
     const int rounds = node.getNumBrushSharpenIterations();
     const float strength = std::min(1.0f, step.colorStrength);
@@ -31,24 +31,30 @@ void SharpenColours(const StrokeStep& step, const BrushWeights& brush, const LPo
         cache.Iterate(rounds, faces, verts, true);
         smoothStencils = cache.read();
     }
-    step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
-        const float t = step.Masked(std::min(weight, 1.0f), positions[v]) * strength;
-        if (smooth) {
+    const LPoint3 centre = step.node.ltrans(1);
+    const auto share = [&](int v, float weight) {
+        return step.Masked(std::min(weight, 1.0f), positions[v]) * strength;
+    };
+    if (smooth)
+        step.ForColors(centre, positions, false, [&](int v, float weight, theThData& record) {
             const LAColor even(smooth[v].r, smooth[v].g, smooth[v].b, paints[v].a);
-            record.SetPaint(v, MovedPaint(paints[v], even, -t));
-        }
-        if (smoothStencils && stencils[v] > 0)
-            record.SetStencil(v, MovedStencil(stencils[v], smoothStencils[v], -t));
-    });
+            record.SetPaint(v, MovedPaint(paints[v], even, -share(v, weight)));
+        });
+    if (smoothStencils)
+        step.ForStencils(centre, positions, false, [&](int v, float weight, theThData& record) {
+            if (stencils[v] > 0)
+                record.SetStencil(v,
+                                  MovedStencil(stencils[v], smoothStencils[v], -share(v, weight)));
+        });
 }
 
 /// Moves vertices away from a smoothed copy of what lies under the brush.
 bool Step(StrokeStep& step) {
     LNode& node = step.node;
     SearchStep(step, {.reach = 1.1f, .centre = 1, .canSweep = false});
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    const BrushWeights brush = step.Brush(node.ltrans(1));
     const LPoint3* positions = node.ldisplayCache()->verts().data();
-    if (step.colours) SharpenColours(step, brush, positions);
+    if (step.colours) SharpenColours(step, positions);
     if (!step.affectGeometry) return false;
     LSmoothCache& cache = node.lsmoothCache();
     for (const int v : step.hits.verts) cache._read()[v] = step.Position(v);

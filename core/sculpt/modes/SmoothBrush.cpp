@@ -120,18 +120,18 @@ const T* Smoothed(const StrokeStep& step, LSmoothBuffers<T>& buffers, int rounds
 /// Takes colours, or stencils, part of the way to their smoothed selves. Colours are held by the
 /// stencil too.
 template <class Round>
-void SmoothColours(const StrokeStep& step, const BrushWeights& brush, const LPoint3* positions,
-                   int rounds) {
+void SmoothColours(const StrokeStep& step, const LPoint3* positions, int rounds) {
     const float strength = std::min(1.0f, 10 * step.colorStrength);
     const LAColor* paints = step.colours->Paints();
     const float* stencils = step.colours->Stencils();
+    const LPoint3 centre = step.node.ltrans(1);
     const auto weightOf = [&](int v, float weight) {
         return step.Masked(std::min(weight, 1.0f), positions[v]) * strength;
     };
     if (step.affectColor) {
         const LAColor* smooth = Smoothed<Round>(step, step.node.lsmoothCache2(), rounds,
                                                 [&](int v) { return paints[v]; });
-        step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
+        step.ForColors(centre, positions, false, [&](int v, float weight, theThData& record) {
             float t = weightOf(v, weight);
             if (step.stencil) t *= 1 - step.stencil[v];
             if (t > 0) record.SetPaint(v, MovedPaint(paints[v], smooth[v], t));
@@ -140,7 +140,7 @@ void SmoothColours(const StrokeStep& step, const BrushWeights& brush, const LPoi
     }
     const float* smooth = Smoothed<Round>(step, step.node.lsmoothCacheF(), rounds,
                                           [&](int v) { return stencils[v]; });
-    step.ForPainted(brush, positions, false, [&](int v, float weight, theThData& record) {
+    step.ForStencils(centre, positions, false, [&](int v, float weight, theThData& record) {
         const float t = weightOf(v, weight);
         if (t > 0) record.SetStencil(v, MovedStencil(stencils[v], smooth[v], t));
     });
@@ -150,11 +150,11 @@ void SmoothColours(const StrokeStep& step, const BrushWeights& brush, const LPoi
 template <class Round>
 bool SmoothStep(StrokeStep& step, int rounds, float strength) {
     LNode& node = step.node;
-    SearchStep(step, {.reach = Round::kReach});
-    const BrushWeights brush(node, BrushWeights::Set::kPaint, node.ltrans(1), step.pattern);
+    SearchStep(step, {.reach = Round::kReach, .sweepsSheet = true});
+    const BrushWeights brush = step.Brush(node.ltrans(1));
     const LPoint3* positions = node.ldisplayCache()->verts().data();
     if (!step.affectGeometry) {
-        if (step.colours) SmoothColours<Round>(step, brush, positions, rounds);
+        if (step.colours) SmoothColours<Round>(step, positions, rounds);
         return false;
     }
     const LPoint3* smooth =

@@ -2,7 +2,10 @@
 
 #include <rapidcheck/gtest.h>
 
+#include <array>
+
 #include "core/sculpt/BrushMode.h"
+#include "tests/core/paint/PlainPatterns.h"
 #include "tests/core/sculpt/Strokes.h"
 
 using namespace VantrelSDK;
@@ -29,6 +32,15 @@ void RandomSettings(LHeadlessNode& node, std::mt19937& random) {
     s.sculptSmoothIterations = static_cast<int>(random() % 3);
     s.useSelected = random() % 4 == 0;
     node.UpdateFalloffs();
+    // A pattern, as any mode lays it.
+    s.patternMode = static_cast<int>(random() % 3);
+    s.randPatternRotation = maybe();
+    s.randPatternOffset = maybe();
+    s.randPatternScale = maybe();
+    s.useChainPatterns = random() % 8 == 0;
+    if (!node.lpatterns())
+        GivePattern(node, 30, 20, [](int x, int y) { return std::array{x * 8, y * 12, 90, 255}; });
+    node.lpatterns()->SetAciveIndex(random() % 3 == 0 ? 0 : -1);
 }
 
 Press RandomPress(LHeadlessNode& node, std::mt19937& random) {

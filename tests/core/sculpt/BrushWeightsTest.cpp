@@ -1,18 +1,13 @@
 #include "core/sculpt/BrushWeights.h"
 
-#include "core/paint/LPattern.h"
 #include "core/sculpt/LDynMask.h"
+#include "tests/core/paint/PlainPatterns.h"
 #include "tests/core/sculpt/Strokes.h"
 
 using namespace VantrelSDK;
 using namespace VantrelSDK::strokes;
 
 namespace {
-
-/// A pattern that is its first coordinate, so that the frame shows.
-struct FirstCoordinate : LPattern {
-    float GetWeight(float u, float) const override { return u; }
-};
 
 struct HalfMask : LDynMask {
     float GetWeight(const LNode*, const LPoint3& p) const override { return p.x > 0 ? 0.5f : 0; }
@@ -57,18 +52,18 @@ TEST(BrushWeights, EachSetHasItsCurve) {
 
 TEST(BrushWeights, PatternsLieInTheStrokesFrame) {
     const auto node = Pressed();
-    FirstCoordinate pattern;
-    node->SetActivePattern(&pattern);
+    // A ramp along u, so that the frame shows: (1 + u) / 2, in steps of a sixtieth.
+    GivePattern(*node, 256, 1, [](int x, int) { return std::array{x, x, x, 255}; });
     node->settings().useFalloff = node->settings().useFalloff2 = false;
     const LPoint3 c(0.5f, 0, 0);
-    EXPECT_NEAR(node->calcWeight2(0, {0.8f, 0.2f, 0}, c), 0.3f, 1e-6f);
+    EXPECT_NEAR(node->calcWeight2(0, {0.8f, 0.2f, 0}, c), 0.65f, 0.02f);
     EXPECT_NEAR(node->calcWeight2tex({0.8f, 0.2f, 0}, c), 1, 1e-6f);
     // Without falloff a symmetric drag weighs 1 whatever the pattern, a brush what the pattern
     // says.
     node->settings().symmetry = 1;
     EXPECT_EQ(node->calcWeight(0, {0.8f, 0, 0}, c), 1);
-    EXPECT_NEAR(node->calcWeight2(0, {0.8f, 0, 0}, c), 0.3f, 1e-6f);
-    EXPECT_NEAR(node->calcWeight2(0, {-0.8f, 0, 0}, c), 0.3f, 1e-6f) << "mirrored with the frame";
+    EXPECT_NEAR(node->calcWeight2(0, {0.8f, 0, 0}, c), 0.65f, 0.02f);
+    EXPECT_NEAR(node->calcWeight2(0, {-0.8f, 0, 0}, c), 0.65f, 0.02f) << "mirrored with the frame";
 }
 
 TEST(BrushWeights, MasksScaleAndTheActiveOneCounts) {
