@@ -11,8 +11,8 @@ namespace VantrelSDK {
 
 namespace {
 
-/// Entries that a worker takes at least; fewer are not worth waking it.
-constexpr int kGrain = 4096;
+/// Entries that a worker takes at a time.
+constexpr int kPiece = 1024;
 
 }  // namespace
 
@@ -76,7 +76,7 @@ void LDisplayCache::SetVertsMoved(std::span<const int> verts) {
 template <class Job>
 void LDisplayCache::Run(size_t count, const Job& job) {
     if (workers_)
-        workers_->ForSlices(static_cast<int>(count), kGrain, job);
+        workers_->ForPieces(static_cast<int>(count), count < 4 * kPiece ? 4 * kPiece : kPiece, job);
     else if (count > 0)
         job(0, static_cast<int>(count), 0);
 }
@@ -94,7 +94,7 @@ void LDisplayCache::CalcVerts(std::span<const int> list) {
             verts[v] = base[v] + offset[v];
             box.Add(verts[v]);
         }
-        workerBoxes_[worker] = box;
+        workerBoxes_[worker].Add(box);
     });
     for (const DirtyBox& box : workerBoxes_) dirtyBox_[0].Add(box);
 }
@@ -188,7 +188,7 @@ void LDisplayCache::TakeListed(std::span<const int> list, const Take& take) {
             take(list[i]);
             box.Add(verts_[list[i]]);
         }
-        workerBoxes_[worker] = box;
+        workerBoxes_[worker].Add(box);
     });
     for (const DirtyBox& box : workerBoxes_) dirtyBox_[0].Add(box);
 }

@@ -45,6 +45,7 @@ void LEvent::Wait() {
 
 LThread::~LThread() {
     if (!IsRunning()) return;
+    WaitToFinish();
     quit_ = true;
     start_.Set();
     thread_.join();
@@ -90,7 +91,10 @@ int LThreadGroup::GetNumCPUs() {
 
 LThreadGroup::LThreadGroup(int workers) {
     const int count = workers > 0 ? workers : GetNumCPUs();
-    for (int k = 0; k < count; ++k) threads_.push_back(std::make_unique<LThread>());
+    for (int k = 0; k < count; ++k) {
+        threads_.push_back(std::make_unique<LThread>());
+        helpers_.push_back({this, k});
+    }
     // Slice 0 is the caller's: a group of one needs no thread.
     for (int k = 1; k < count; ++k) threads_[k]->Create();
 }
@@ -98,7 +102,38 @@ LThreadGroup::LThreadGroup(int workers) {
 bool LThreadGroup::Start(int index, LThread::Function fn, void* arg) {
     if (index < 0 || index >= GetNumWorkers() || !threads_[index]) return false;
     threads_[index]->Create();
+    // It may still be on its way to pieces that others have done.
+    threads_[index]->WaitToFinish();
     return threads_[index]->Execute(fn, arg);
+}
+
+void LThreadGroup::RunBatch() {
+    batch_.next = 0;
+    batch_.open = true;
+    for (int k = 1; k < GetNumWorkers(); ++k)
+        if (threads_[k]->IsIdle()) threads_[k]->Execute(&Help, &helpers_[k]);
+    TakePieces(0);
+    // From here on nobody comes in, and who is in has a piece.
+    batch_.open = false;
+    while (batch_.inside != 0) Pause();
+}
+
+void LThreadGroup::TakePieces(int worker) {
+    for (;;) {
+        const int64_t first = batch_.next.fetch_add(batch_.piece);
+        if (first >= batch_.count) return;
+        const int64_t last = std::min<int64_t>(first + batch_.piece, batch_.count);
+        batch_.run(batch_.job, static_cast<int>(first), static_cast<int>(last), worker);
+    }
+}
+
+void* LThreadGroup::Help(void* helper) {
+    const auto [group, worker] = *static_cast<Helper*>(helper);
+    Batch& batch = group->batch_;
+    ++batch.inside;
+    if (batch.open) group->TakePieces(worker);
+    --batch.inside;
+    return nullptr;
 }
 
 void LThreadGroup::WaitToFinish(int) {

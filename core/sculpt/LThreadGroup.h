@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <condition_variable>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -22,6 +23,7 @@ class LEvent {
     /// Waits until the event is set; does not clear it. Spins for some microseconds before it
     /// sleeps, since the jobs of one brush step follow each other closely.
     void Wait();
+    bool IsSet() const { return signaled_.load(std::memory_order_acquire); }
 
   private:
     std::mutex mutex_;
@@ -42,6 +44,8 @@ class LThread {
     virtual bool Execute(Function fn, void* arg);
     /// Waits for the job; returns at once when there is none.
     virtual void WaitToFinish();
+    /// It has no job.
+    bool IsIdle() const { return finish_.IsSet(); }
 
     bool IsRunning() const { return thread_.joinable(); }
 
@@ -107,7 +111,45 @@ class LThreadGroup {
         WaitToFinish(-1);
     }
 
+    /// Calls job(first, last, worker) for pieces of `piece` items that cover 0..count-1, each
+    /// worker taking the next piece when it is done with one, and returns when all are done. Nobody
+    /// waits for a worker that sleeps: what it does not come to, others have done. So this is for
+    /// jobs that take no longer than a worker to wake, and that need no order.
+    template <class Job>
+    void ForPieces(int count, int piece, const Job& job) {
+        if (count <= piece || GetNumWorkers() == 1) {
+            if (count > 0) job(0, count, 0);
+            return;
+        }
+        batch_.count = count;
+        batch_.piece = piece;
+        batch_.job = &job;
+        batch_.run = [](const void* any, int first, int last, int worker) {
+            (*static_cast<const Job*>(any))(first, last, worker);
+        };
+        RunBatch();
+    }
+
   private:
+    /// What the pieces of a ForPieces are taken from.
+    struct Batch {
+        std::atomic<bool> open{false};
+        /// Workers that may look into it.
+        std::atomic<int> inside{0};
+        std::atomic<int64_t> next{0};
+        int count = 0, piece = 1;
+        const void* job = nullptr;
+        void (*run)(const void* job, int first, int last, int worker) = nullptr;
+    };
+    struct Helper {
+        LThreadGroup* group;
+        int worker;
+    };
+
+    void RunBatch();
+    void TakePieces(int worker);
+    static void* Help(void* helper);
+
     /// Kept between calls, so that a step allocates nothing.
     template <class Call>
     static std::vector<Call>& Calls() {
@@ -121,6 +163,8 @@ class LThreadGroup {
         return nullptr;
     }
 
+    Batch batch_;
+    std::vector<Helper> helpers_;
     std::vector<std::unique_ptr<LThread>> threads_;
 };
 

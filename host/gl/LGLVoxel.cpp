@@ -123,9 +123,7 @@ void VoxLevel::Draw(MLDisplayCache& cache, std::span<const int> faces, int level
     const bool thin =
         pass.kind == DrawKind::kShaded && pass.thinning > 1 && pass.stroking && !full_;
     DrawList& list = List(thin ? DrawKind::kSparse : pass.kind);
-    const auto draw = [&] {
-        DrawFaces(cache, faces, level, pass.kind, thin ? pass.thinning : 1);
-    };
+    const auto draw = [&] { DrawFaces(cache, faces, level, pass.kind, thin ? pass.thinning : 1); };
     // What a stroke changes it changes again in a moment: not worth compiling.
     if (!list.IsValid() && pass.stroking && pass.dirty) return draw();
     if (!list.IsValid() && list.Begin()) {

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <climits>
 #include <numeric>
+#include <thread>
 
 #include "core/sculpt/LThreadGroup.h"
 
@@ -35,6 +38,28 @@ TEST(ThreadGroup, EachItemIsDoneOnceAndSeenAfterwards) {
                 for (int i = first; i < last; ++i) ++done[i];
             });
         EXPECT_EQ(std::count(done.begin(), done.end(), 300), 5000);
+    }
+}
+
+// A worker that comes late to pieces must find them done, and the next job must not lose it.
+TEST(ThreadGroup, PiecesAndSlicesInAnyOrder) {
+    for (const int workers : {1, 2, 3, 8}) {
+        std::vector<int> done(3000), byWorker(static_cast<size_t>(workers));
+        {
+            LThreadGroup group(workers);
+            const auto job = [&](int first, int last, int worker) {
+                byWorker[static_cast<size_t>(worker)] += last - first;
+                for (int i = first; i < last; ++i) ++done[static_cast<size_t>(i)];
+            };
+            for (int round = 0; round < 400; ++round) {
+                group.ForPieces(3000, 1 + round * 37 % 500, job);
+                if (round % 3 == 0) group.ForSlices(3000, 16, job);
+                if (round % 50 == 0) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                group.ForPieces(round % 7, 2, [](int, int, int) {});
+            }
+        }
+        EXPECT_EQ(std::count(done.begin(), done.end(), 400 + 134), 3000);
+        EXPECT_EQ(std::accumulate(byWorker.begin(), byWorker.end(), 0), 3000 * (400 + 134));
     }
 }
 
