@@ -34,6 +34,7 @@ class LTexture {
     int GetUVChannel() const { return uvch; }
     /// The channel of its shader, 0 where it is not known.
     int GetChannel() const { return ch; }
+    void SetChannel(int channel) { ch = channel; }
     const std::string& GetFileName() const { return imgfile; }
     void SetFileName(const std::string& path) { imgfile = path; }
     /// GetWidth() * GetHeight() * 4 bytes each; null without an image. Of the last what erasing

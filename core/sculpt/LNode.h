@@ -131,7 +131,9 @@ class LNode : public LTargetLists {
     /// The materials whose maps are shown and painted; null while none are.
     LMaterialSet* GetMtlSet() const { return mtlset_.get(); }
     void SetMtlSet(std::unique_ptr<LMaterialSet> set);
-    /// Counts the sets that there were.
+    /// The faces of the mesh have other materials than before.
+    void MaterialsFound() { ++mtlSets_; }
+    /// Counts the times that what faces show may have changed.
     unsigned NumMtlSets() const { return mtlSets_; }
     LMorphDelta* GetDelta() const { return lcurMorph_.get(); }
     LSubdivMesh* GetDeltaMesh() const { return lcurMorph_ ? lcurMorph_->GetOrigMesh() : nullptr; }

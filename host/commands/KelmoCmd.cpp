@@ -11,6 +11,7 @@
 #include "host/commands/KelmoPurge.h"
 #include "host/commands/KelmoSkinOrder.h"
 #include "host/commands/KelmoTweaks.h"
+#include "host/ml/MLMaterialSet.h"
 #include "host/ml/MLNode.h"
 #include "host/nodes/Finders.h"
 #include "host/nodes/GeometryLine.h"
@@ -157,6 +158,13 @@ MStatus WrapUVs(NodeCall& call) {
     return MS::kSuccess;
 }
 
+MStatus HasAllMaps(NodeCall& call) {
+    const MPlug channel = MFnDependencyNode(call.node).findPlug("texChannel");
+    if (channel.isNull()) return call.Fail("can't find texChannel plug");
+    MPxCommand::setResult(int{MLMaterialSet::HasAllMaps(channel.asInt(), call.node)});
+    return MS::kSuccess;
+}
+
 constexpr NodeAction kCreate = Call(Create), kAddToSelected = Call(AddToSelected),
                      kCheckUVs = Call(CheckUVs), kDelete = Call(Delete);
 
@@ -249,6 +257,11 @@ constexpr NodeFlag kFlags[] = {
      .arguments = {kBoolean},
      .edit = Call(WrapUVs),
      .query = Plug("wrapUVs")},
+    {.brief = "ham", .name = "hasallmaps", .edit = Call(HasAllMaps), .query = Call(HasAllMaps)},
+    {.brief = "hmt",
+     .name = "hasmtlset",
+     .edit = Ask(240).Labelled(1000000),
+     .query = Ask(240).Labelled(1000000)},
     {.brief = "x",
      .name = "proxy",
      .arguments = {kBoolean},

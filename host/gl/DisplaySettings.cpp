@@ -40,6 +40,9 @@ DisplaySettings DisplaySettings::Of(const MLNode& node) {
     s.affectStencil = on(&N::m_moAffectStencil);
     s.useStencil = on(&N::m_moUseStencil);
     s.invertStencil = on(&N::m_moInvertStencil);
+    s.affectTexture = node.getAffectTexture(true);
+    s.affectTexStencil = node.getAffectTexStencil(true);
+    s.textureOpacity = node.plug(&N::m_moTextureOpac).asFloat();
     s.shadow = ForChannel(node.plug(&N::m_moUseShadow), s);
     s.ssao = ForChannel(node.plug(&N::m_moUseSSAO), s);
     s.shadowFilter = whole(&N::m_moShadowFilter);

@@ -20,6 +20,10 @@ struct DisplaySettings {
     int ssaoSamples = 20;
     bool affectGeometry = true, affectColor = false, affectStencil = false;
     bool useStencil = false, invertStencil = false;
+    /// Brushes change maps, or the stencils over them, of materials that there are.
+    bool affectTexture = false, affectTexStencil = false;
+    /// How much of a map is seen, over the plain surface.
+    float textureOpacity = 1;
     bool underNormals = false, underTangents = false, underVectors = false, underSkin = false,
          underSkinSolid = false;
 

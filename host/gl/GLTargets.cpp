@@ -55,7 +55,7 @@ bool glslFBO::Init() {
     for (const GLenum filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
         glTexParameteri(GL_TEXTURE_2D, filter, GL_LINEAR);
     for (const GLenum wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
-        glTexParameteri(GL_TEXTURE_2D, wrap, GL_CLAMP_TO_EDGE);
+        glTexParameteri(GL_TEXTURE_2D, wrap, repeats_ ? GL_REPEAT : GL_CLAMP_TO_EDGE);
     glGenFramebuffersEXT(1, &fboid);
     glBindFramebufferEXT(GL_FRAMEBUFFER_EXT, fboid);
     if (colour_) {

@@ -16,7 +16,7 @@ class glslFBO {
     bool Init();
     void Destroy();
     bool IsInitOK() const { return initOK; }
-    /// Texels a side.
+    /// Texels a side, of those that are square.
     int size() const { return width; }
     virtual bool MakeCurrent() = 0;
     virtual void ResetCurrent();
@@ -24,7 +24,10 @@ class glslFBO {
     virtual bool ActivateTexture(int unit) const;
 
   protected:
-    explicit glslFBO(int size, bool colour) : width(size), height(size), colour_(colour) {}
+    /// Beside its edges a target shows their texels, or is repeated.
+    glslFBO(int width, int height, bool colour, bool repeats)
+        : width(width), height(height), colour_(colour), repeats_(repeats) {}
+    glslFBO(int size, bool colour) : glslFBO(size, size, colour, false) {}
     /// Keeps what is current, and draws here.
     bool Begin();
 
@@ -35,7 +38,7 @@ class glslFBO {
     int origView[4] = {};
 
   private:
-    bool colour_;
+    bool colour_, repeats_;
     int origFrame_ = 0;
 };
 

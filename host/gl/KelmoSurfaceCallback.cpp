@@ -59,6 +59,10 @@ DisplaySettings KelmoSurfaceCallback::getSettings() const {
     return kelmo ? DisplaySettings::Of(*kelmo) : DisplaySettings();
 }
 
+void KelmoSurfaceCallback::FindMaterials() const {
+    if (kelmo) kelmo->FindMaterials();
+}
+
 int KelmoSurfaceCallback::getDisplayLvl() const {
     return cache() ? cache()->level() : 0;
 }

@@ -50,6 +50,8 @@ class KelmoSurfaceCallback : public MPxData {
     /// The surface's; without a cache one that is large enough for most.
     MBoundingBox getBoundingBox() const;
     DisplaySettings getSettings() const;
+    /// Which face has which material, where that is due.
+    void FindMaterials() const;
     int getDisplayLvl() const;
     bool getIsStroking() const;
     /// The display is to be drawn anew as a whole, until somebody says otherwise.

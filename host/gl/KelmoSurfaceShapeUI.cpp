@@ -80,13 +80,14 @@ void KelmoSurfaceShapeUI::getDrawRequests(const MDrawInfo& info, bool, MDrawRequ
         M3dView view = info.view();
         view.beginGL();
         const bool full = MLDisplayCache::InitGLSL(false);
+        callback->FindMaterials();
         settings = callback->getSettings();
         const auto& shared = MLDisplayCache::shared();
         settings.transforming = IsAltOptionKeyPressed();
         settings.shaders &= full;
         settings.shadow &= settings.shaders && shared.shadow.IsInitOK();
         settings.ssao &= settings.shaders && shared.ssao.IsInitOK() && shared.ssaodepth.IsInitOK();
-        m_dopix = LNode::prefDoPix == 1;
+        m_dopix = LNode::prefDoPix == 1 && !settings.affectTexture && !settings.affectTexStencil;
         dirty = IsDirty(info, *callback, settings);
         if (callback->cache()) callback->cache()->SetSettings(settings);
         view.endGL();

@@ -1,9 +1,11 @@
 #include "host/gl/LGLVoxel.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/mesh/LMeshObject.h"
 #include "core/sculpt/LNode.h"
+#include "core/subdiv/LUVSubdivChannel.h"
 #include "host/gl/GLFunctions.h"
 #include "host/gl/MLDisplayCache.h"
 
@@ -15,6 +17,11 @@ constexpr bool IsLines(DrawKind kind) {
     return kind >= DrawKind::kWireframe && kind <= DrawKind::kIsoLinesNS;
 }
 
+/// Kinds that are drawn apart by material.
+constexpr bool IsShaded(DrawKind kind) {
+    return kind <= DrawKind::kSparse;
+}
+
 constexpr bool IsNS(DrawKind kind) {
     return kind == DrawKind::kShadedNS || kind == DrawKind::kWireframeNS ||
            kind == DrawKind::kIsoLinesNS;
@@ -23,16 +30,19 @@ constexpr bool IsNS(DrawKind kind) {
 /// Gathers the corners of a level's faces as a kind wants them.
 class Corners {
   public:
-    Corners(const MLDisplayCache& cache, int level, DrawKind kind, CornerArrays& to)
+    Corners(const MLDisplayCache& cache, int level, DrawKind kind, int material, CornerArrays& to)
         : cache_(cache),
           object_(cache.owner() ? cache.owner()->lobject() : nullptr),
           faces_(cache.Faces(level)),
           level_(level),
           kind_(kind),
+          material_(material),
+          uvs_(cache.UVsOf(material)),
           selection_(object_ && object_->HasFacesSelected()),
           hidden_(object_ && object_->HasHidden()),
           lit_(kind != DrawKind::kDepth),
           colors_(lit_ && cache.CompilesColor()),
+          paints_(colors_ && material >= 0 && cache.CompilesPaint()),
           stencils_(lit_ && cache.CompilesStencil()),
           to_(to) {
         to_.Clear();
@@ -43,6 +53,7 @@ class Corners {
         const LFace& face = faces_[static_cast<size_t>(f)];
         if (!IsLines(kind_)) {
             for (const int v : face.v) Add(v);
+            if (uvs_) AddUVs(f);
             return;
         }
         const bool all = kind_ == DrawKind::kWireframe || kind_ == DrawKind::kWireframeNS;
@@ -56,6 +67,7 @@ class Corners {
   private:
     bool IsDrawn(int f) const {
         if (hidden_ && !object_->IsFaceVisible(f, level_)) return false;
+        if (IsShaded(kind_) && cache_.MaterialOf(f, level_) != material_) return false;
         if (!selection_ || !lit_) return !IsNS(kind_);
         return object_->IsFaceSelected(f, level_) != IsNS(kind_);
     }
@@ -64,8 +76,21 @@ class Corners {
         to_.points.push_back(cache_.GetVertex(v));
         if (!lit_) return;
         to_.normals.push_back(cache_.GetVNormal(v));
-        if (colors_) to_.colors.push_back(cache_.ColorOf(v, kind_));
+        if (paints_)
+            to_.paints.push_back(cache_.PaintOf(v));
+        else if (colors_)
+            to_.colors.push_back(cache_.ColorOf(v, kind_));
         if (stencils_) to_.stencils.push_back(cache_.GetStencil(v));
+    }
+
+    /// Of the corners of a face, each of which has its own at a seam; (0, 0) without one, and for
+    /// what is no number.
+    void AddUVs(int f) {
+        const LUVChannel::MFace face = uvs_->GetLevelFace(f, level_);
+        for (const int corner : face.v) {
+            const LPoint2 uv = uvs_->GetLevelVert(corner, level_);
+            to_.uvs.push_back(std::isfinite(uv.x) && std::isfinite(uv.y) ? uv : LPoint2());
+        }
     }
 
     const MLDisplayCache& cache_;
@@ -73,7 +98,9 @@ class Corners {
     std::span<const LFace> faces_;
     int level_;
     DrawKind kind_;
-    bool selection_, hidden_, lit_, colors_, stencils_;
+    int material_;
+    const LUVSubdivChannel* uvs_;
+    bool selection_, hidden_, lit_, colors_, paints_, stencils_;
     CornerArrays& to_;
 };
 
@@ -90,6 +117,14 @@ void DrawArrays(const CornerArrays& corners, GLenum primitive, int stencilPlace)
         glEnableClientState(GL_COLOR_ARRAY);
         glColorPointer(3, GL_FLOAT, 0, corners.colors.data());
     }
+    if (!corners.paints.empty()) {
+        glEnableClientState(GL_COLOR_ARRAY);
+        glColorPointer(4, GL_FLOAT, 0, corners.paints.data());
+    }
+    if (!corners.uvs.empty()) {
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+        glTexCoordPointer(2, GL_FLOAT, 0, corners.uvs.data());
+    }
     if (!corners.stencils.empty() && stencilPlace >= 0) {
         const auto place = static_cast<GLuint>(stencilPlace);
         glEnableVertexAttribArray(place);
@@ -100,9 +135,9 @@ void DrawArrays(const CornerArrays& corners, GLenum primitive, int stencilPlace)
 }
 
 void DrawFaces(MLDisplayCache& cache, std::span<const int> faces, int level, DrawKind kind,
-               int thinning) {
+               int material, int thinning) {
     CornerArrays& arrays = cache.Scratch();
-    Corners corners(cache, level, kind, arrays);
+    Corners corners(cache, level, kind, material, arrays);
     for (const int f : faces)
         if (thinning == 1 || f % thinning == 0) corners.AddFace(f);
     DrawArrays(arrays, IsLines(kind) ? GL_LINES : GL_TRIANGLES, cache.StencilPlace());
@@ -112,7 +147,32 @@ void DrawFaces(MLDisplayCache& cache, std::span<const int> faces, int level, Dra
 
 void VoxLevel::Invalidate() {
     for (DrawList& list : lists_) list.Invalidate();
+    for (MaterialLists& lists : materials_) {
+        lists.shaded.Invalidate();
+        lists.shadedNS.Invalidate();
+    }
     full_ = true;
+}
+
+void VoxLevel::ForgetMaterials() {
+    materials_.clear();
+    materialsKnown_ = false;
+}
+
+VoxLevel::MaterialLists* VoxLevel::FindMaterial(int material) {
+    const auto found = std::ranges::find(materials_, material, &MaterialLists::material);
+    return found == materials_.end() ? nullptr : &*found;
+}
+
+bool VoxLevel::HasMaterial(const MLDisplayCache& cache, std::span<const int> faces, int level,
+                           int material) {
+    if (!materialsKnown_)
+        for (const int f : faces) {
+            const int shown = cache.MaterialOf(f, level);
+            if (shown >= 0 && !FindMaterial(shown)) materials_.push_back({shown, {}, {}});
+        }
+    materialsKnown_ = true;
+    return FindMaterial(material) != nullptr;
 }
 
 void VoxLevel::Draw(MLDisplayCache& cache, std::span<const int> faces, int level,
@@ -120,22 +180,33 @@ void VoxLevel::Draw(MLDisplayCache& cache, std::span<const int> faces, int level
     if (faces.empty()) return;
     if (!pass.stroking) full_ = false;
     // A huge mesh is thinned while a stroke runs, but for what the stroke changes.
-    const bool thin =
-        pass.kind == DrawKind::kShaded && pass.thinning > 1 && pass.stroking && !full_;
-    DrawList& list = List(thin ? DrawKind::kSparse : pass.kind);
-    const auto draw = [&] { DrawFaces(cache, faces, level, pass.kind, thin ? pass.thinning : 1); };
-    // What a stroke changes it changes again in a moment: not worth compiling.
-    if (!list.IsValid() && pass.stroking && pass.dirty) return draw();
-    if (!list.IsValid() && list.Begin()) {
-        draw();
-        list.End();
+    const bool thin = pass.kind == DrawKind::kShaded && pass.material < 0 && pass.thinning > 1 &&
+                      pass.stroking && !full_;
+    DrawList* list = &List(thin ? DrawKind::kSparse : pass.kind);
+    if (pass.material >= 0) {
+        if (!HasMaterial(cache, faces, level, pass.material)) return;
+        MaterialLists& lists = *FindMaterial(pass.material);
+        list = pass.kind == DrawKind::kShadedNS ? &lists.shadedNS : &lists.shaded;
     }
-    list.Call();
+    const auto draw = [&] {
+        DrawFaces(cache, faces, level, pass.kind, pass.material, thin ? pass.thinning : 1);
+    };
+    // What a stroke changes it changes again in a moment: not worth compiling.
+    if (!list->IsValid() && pass.stroking && pass.dirty) return draw();
+    if (!list->IsValid() && list->Begin()) {
+        draw();
+        list->End();
+    }
+    list->Call();
 }
 
 void LGLVoxel::Invalidate() {
     bboxvalid_ = false;
     for (VoxLevel& lod : lods_) lod.Invalidate();
+}
+
+void LGLVoxel::ForgetMaterials() {
+    for (VoxLevel& lod : lods_) lod.ForgetMaterials();
 }
 
 void LGLVoxel::RecalBBox(const MLDisplayCache& cache) {
@@ -167,14 +238,18 @@ int LGLVoxel::ChooseLevel(const MLDisplayCache& cache, const DrawPass& pass) con
 }
 
 void LGLVoxel::Draw(MLDisplayCache& cache, const DrawPass& pass) {
+    int level = ChooseLevel(cache, pass);
+    while (level > 0 && cache.Grid().Faces(cell_, level).empty()) --level;
+    const std::span<const int> faces = cache.Grid().Faces(cell_, level);
+    VoxLevel& lod = lods_[static_cast<size_t>(level)];
+    // Most voxels show few materials.
+    if (pass.material >= 0 && !lod.HasMaterial(cache, faces, level, pass.material)) return;
     RecalBBox(cache);
     if (pass.projection) {
         const ScreenRect seen = pass.projection->Of(pmin_, pmax_);
         if (seen.IsEmpty() || (pass.dirty && !seen.Meets(*pass.dirty))) return;
     }
-    int level = ChooseLevel(cache, pass);
-    while (level > 0 && cache.Grid().Faces(cell_, level).empty()) --level;
-    lods_[static_cast<size_t>(level)].Draw(cache, cache.Grid().Faces(cell_, level), level, pass);
+    lod.Draw(cache, faces, level, pass);
     lastlod_ = level;
 }
 

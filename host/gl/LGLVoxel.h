@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "core/math/LColor.h"
+#include "core/math/LPoint2.h"
 #include "core/math/LPoint3.h"
 #include "core/mesh/LFace.h"
 #include "host/gl/DrawLists.h"
@@ -36,6 +37,8 @@ struct DrawPass {
     bool stroking = false, transforming = false;
     /// Of a thinned level one face in so many; 1 for all.
     int thinning = 1;
+    /// Of a shaded kind: the faces that this material's map is shown on; -1 for those that none is.
+    int material = -1;
 };
 
 /// One level of a voxel.
@@ -44,11 +47,27 @@ class VoxLevel {
     /// Makes the lists of a kind anew where they are not valid, and calls them.
     void Draw(MLDisplayCache& cache, std::span<const int> faces, int level, const DrawPass& pass);
     void Invalidate();
+    /// Faces show other materials.
+    void ForgetMaterials();
+    /// Some face shows a material.
+    bool HasMaterial(const MLDisplayCache& cache, std::span<const int> faces, int level,
+                     int material);
 
   private:
+    /// The lists of a material that is seen here: of the faces that are selected, or of all, and of
+    /// those that are not.
+    struct MaterialLists {
+        int material;
+        DrawList shaded, shadedNS;
+    };
+
     DrawList& List(DrawKind kind) { return lists_[static_cast<size_t>(kind)]; }
+    MaterialLists* FindMaterial(int material);
 
     DrawList lists_[static_cast<size_t>(DrawKind::kCount)];
+    /// In no order; those that are not here show nothing, once they are known.
+    std::vector<MaterialLists> materials_;
+    bool materialsKnown_ = false;
     /// It has changed since its thinned list was made.
     bool full_ = false;
 };
@@ -62,6 +81,7 @@ class LGLVoxel {
     int cell() const { return cell_; }
     /// What is drawn here has changed.
     void Invalidate();
+    void ForgetMaterials();
     /// The box around all that is drawn here, up to date.
     void RecalBBox(const MLDisplayCache& cache);
     const LPoint3& pmin() const { return pmin_; }
@@ -84,13 +104,18 @@ class LGLVoxel {
 struct CornerArrays {
     std::vector<LPoint3> points, normals;
     std::vector<LColor> colors;
+    /// In the place of colors: those that lie over a map.
+    std::vector<LAColor> paints;
     std::vector<float> stencils;
+    std::vector<LPoint2> uvs;
 
     void Clear() {
         points.clear();
         normals.clear();
         colors.clear();
+        paints.clear();
         stencils.clear();
+        uvs.clear();
     }
 };
 

@@ -5,6 +5,7 @@
 #include "core/mesh/LMeshObject.h"
 #include "core/sculpt/LNode.h"
 #include "host/gl/GLFunctions.h"
+#include "host/gl/UnusedNames.h"
 #include "host/ml/StageTimes.h"
 
 namespace VantrelSDK {
@@ -141,7 +142,9 @@ size_t MLDisplayCache::SelectionMark() const {
 
 void MLDisplayCache::Refresh() {
     FreeDrawLists();
+    FreeUnusedNames();
     MLScreenCache::FreeFrames();
+    PrepareMaps();
     const Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(),
                           settings_.shaders && GLUse()};
     // Nobody selects or hides inside a stroke.
@@ -226,6 +229,7 @@ void MLDisplayCache::FreeGLSL() {
         target->Destroy();
     for (glslShader* program :
          {static_cast<glslShader*>(&all.smoothShadowedGLSL),
+          static_cast<glslShader*>(&all.shadowedTexGLSL),
           static_cast<glslShader*>(&all.ssaodepthGLSL), static_cast<glslShader*>(&all.ssaoGLSL),
           static_cast<glslShader*>(&all.normalDotGLSL),
           static_cast<glslShader*>(&all.normalDotInvGLSL),

@@ -16,8 +16,12 @@
 #include "host/gl/glslMasks.h"
 #include "host/gl/glslSSAO.h"
 #include "host/gl/glslShadowedProgram.h"
+#include "host/gl/glslShadowedTexProgram.h"
 
 namespace VantrelSDK {
+
+class LUVSubdivChannel;
+class MLTexture;
 
 /// The surface of a level that draws itself: cut into voxels, each compiled level by level and kind
 /// by kind, and compiled anew where a vertex in it has changed. Drawing is done between a view's
@@ -94,6 +98,13 @@ class MLDisplayCache : public LDisplayCache {
     bool CompilesColor() const { return compiled_.color || (compiled_.stencil && !compiled_.glsl); }
     bool CompilesStencil() const { return compiled_.stencil && compiled_.glsl; }
     LColor ColorOf(int v, DrawKind kind) const;
+    /// Colours over a map have an alpha, since what is not painted shows it.
+    bool CompilesPaint() const { return compiled_.color && compiled_.glsl; }
+    LAColor PaintOf(int v) const;
+    /// The material whose map a face shows, by its place in the node's set; -1 for none.
+    int MaterialOf(int face, int level) const;
+    /// The UV set that a material's map lies in; null for -1.
+    const LUVSubdivChannel* UVsOf(int material) const;
     int StencilPlace() const { return shared().smoothShadowedGLSL.GetStencilLoc(); }
     CornerArrays& Scratch() { return scratch_; }
     /// In bytes, without what OpenGL holds.
@@ -107,6 +118,7 @@ class MLDisplayCache : public LDisplayCache {
         glslSSAOdepthFBO ssaodepth;
         glslSSAO_FBO ssao;
         glslShadowedProgram smoothShadowedGLSL;
+        glslShadowedTexProgram shadowedTexGLSL;
         glslSSAOdepthShader ssaodepthGLSL;
         glslSSAOshader ssaoGLSL;
         MLMaskFBO mask;
@@ -144,8 +156,14 @@ class MLDisplayCache : public LDisplayCache {
     MLDynMask* ActiveMask() const;
     void ShowMask(const MDrawRequest& request, M3dView& view, const Draw& draw);
     void SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode);
-    void Pass(const Draw& draw, DrawKind kind);
-    void Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode);
+    void SetUniforms(const M3dView& view, glslShadowedProgram& program);
+    void Pass(const Draw& draw, DrawKind kind, int material);
+    void Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4],
+              glslShadowedProgram& program, int material = -1);
+    void Maps(const Draw& draw);
+    /// Finds out which maps can be drawn, with a current context.
+    void PrepareMaps();
+    MLTexture* MapOf(int material) const;
     /// Voxels and boxes follow vertices that look different.
     void Follow(std::span<const int> verts);
     void GrowDirtyBox(std::span<const int> verts);
@@ -163,6 +181,10 @@ class MLDisplayCache : public LDisplayCache {
     std::vector<std::shared_ptr<const LMeshTopology>> levels_;
     Compiled compiled_;
     size_t selectionMark_ = 0;
+    /// The material that is drawn for each of the mesh's shaders, -1 for none; and the UV set of
+    /// each material's map, -1 for one that is not drawn.
+    std::vector<int> materialOfShader_, uvsOfMaterial_;
+    unsigned mtlSets_ = 0;
     /// What is measured by; where vertices went since; what it was before a stroke left it.
     Box bbox_, grown_, tight_;
     std::vector<MLScreenCache> viewCaches_;

@@ -9,6 +9,7 @@
 #include "core/sculpt/LNode.h"
 #include "host/gl/GLFunctions.h"
 #include "host/gl/MLDisplayCache.h"
+#include "host/gl/MLTexture.h"
 
 namespace VantrelSDK {
 
@@ -127,7 +128,7 @@ void MLDisplayCache::Finish(const MDrawRequest& request, const M3dView& view, co
     }
 }
 
-void MLDisplayCache::Pass(const Draw& draw, DrawKind kind) {
+void MLDisplayCache::Pass(const Draw& draw, DrawKind kind, int material) {
     if (draw.dirty) {
         if (draw.rect.IsEmpty()) return;
         glEnable(GL_SCISSOR_TEST);
@@ -136,46 +137,65 @@ void MLDisplayCache::Pass(const Draw& draw, DrawKind kind) {
     DrawPass pass{kind, &draw.projection, draw.dirty ? &draw.rect : nullptr};
     pass.stroking = owner_->IsStroking();
     pass.transforming = settings_.transforming;
+    pass.material = material;
     if (level_ == 0 && delta_->HasLevelChanged())
         pass.thinning = std::max(nfaces_ / std::max(LNode::prefNumFacesDisplayFallback, 1), 1);
     for (LGLVoxel& voxel : voxels_) voxel.Draw(*this, pass);
     if (draw.dirty) glDisable(GL_SCISSOR_TEST);
 }
 
-void MLDisplayCache::SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode) {
+void MLDisplayCache::SetUniforms(const M3dView& view, glslShadowedProgram& program) {
     Shared& all = shared();
-    glslShadowedProgram& program = all.smoothShadowedGLSL;
     program.SetLightDir(0, LightDir(settings_));
     program.SetFilterSize(static_cast<float>(settings_.shadowFilter));
     program.SetUseShadow(settings_.shadow && all.shadow.IsInitOK());
     program.SetUseSSAO(settings_.ssao && all.ssao.IsInitOK() && all.ssaodepth.IsInitOK());
     program.SetUseColor(compiled_.color);
-    program.SetUseSpeculars(settings_.speculars && !compiled_.color);
+    program.SetUseSpeculars(settings_.speculars && !compiled_.color && !settings_.affectTexture &&
+                            !settings_.affectTexStencil);
     program.SetUseDiffuse(settings_.diffuse && !compiled_.color);
     program.SetUseStencil(compiled_.stencil);
     program.SetInvertStencil(settings_.invertStencil);
     program.SetOpacity(settings_.opacity);
     program.SetViewSize(static_cast<float>(view.portWidth()),
                         static_cast<float>(view.portHeight()));
-    program.SetMode(mode);
+}
+
+void MLDisplayCache::SetUniforms(const M3dView& view, glslShadowedProgram::Mode mode) {
+    Shared& all = shared();
+    SetUniforms(view, all.smoothShadowedGLSL);
+    all.smoothShadowedGLSL.SetMode(mode);
+    SetUniforms(view, all.shadowedTexGLSL);
+    all.shadowedTexGLSL.SetTextureOpacity(settings_.textureOpacity);
     all.shadow.ActivateTexture(0);
     all.ssao.ActivateTexture(1);
     glActiveTexture(GL_TEXTURE0);
 }
 
 /// A kind, and where some faces are selected the others too, which stand behind it.
-void MLDisplayCache::Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4], int mode) {
-    glslShadowedProgram& program = shared().smoothShadowedGLSL;
+void MLDisplayCache::Both(const Draw& draw, DrawKind kind, const float (&colors)[2][4],
+                          glslShadowedProgram& program, int material) {
     for (int other = 0; other < (draw.selection ? 2 : 1); ++other) {
         program.SetSelected(other == 0);
-        program.SetMode(mode);
         if (!compiled_.glsl || !program.UseProgram()) {
             glMaterialfv(GL_FRONT, GL_DIFFUSE, colors[other]);
             glColor3fv(colors[other]);
         }
-        Pass(draw, static_cast<DrawKind>(static_cast<int>(kind) + other));
+        Pass(draw, static_cast<DrawKind>(static_cast<int>(kind) + other), material);
     }
     program.UnUseProgram();
+}
+
+/// The faces of each material that is drawn, with its map.
+void MLDisplayCache::Maps(const Draw& draw) {
+    const int unit = compiled_.glsl ? glslShadowedTexProgram::kUnit : 0;
+    for (size_t m = 0; m < uvsOfMaterial_.size(); ++m) {
+        if (uvsOfMaterial_[m] < 0) continue;
+        MapOf(static_cast<int>(m))->ActivateDisplayMap(unit);
+        if (!compiled_.glsl) glEnable(GL_TEXTURE_2D);
+        Both(draw, DrawKind::kShaded, kDiffuse, shared().shadowedTexGLSL, static_cast<int>(m));
+        BindNothing(unit);
+    }
 }
 
 void MLDisplayCache::Surface(const MDrawRequest& request, M3dView& view, bool dirty) {
@@ -211,7 +231,8 @@ void MLDisplayCache::Surface(const MDrawRequest& request, M3dView& view, bool di
                 glEnable(GL_COLOR_MATERIAL);
             }
         }
-        Both(draw, DrawKind::kShaded, kDiffuse, glslShadowedProgram::kSurface);
+        Both(draw, DrawKind::kShaded, kDiffuse, shared().smoothShadowedGLSL);
+        Maps(draw);
         ShowMask(request, view, draw);
     }
     Finish(request, view, draw);
@@ -292,7 +313,7 @@ void MLDisplayCache::Lines(const MDrawRequest& request, M3dView& view, bool dirt
         const bool iso = kind == DrawKind::kIsoLines;
         const auto mode = iso ? glslShadowedProgram::kIsoLines : glslShadowedProgram::kWireframe;
         if (compiled_.glsl) SetUniforms(view, mode);
-        Both(draw, kind, iso ? kIso : kWire, mode);
+        Both(draw, kind, iso ? kIso : kWire, shared().smoothShadowedGLSL);
         LeaveSmoothing();
     }
     Finish(request, view, draw);

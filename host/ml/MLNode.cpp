@@ -17,6 +17,7 @@
 #include "host/gl/MLDynMask.h"
 #include "host/ml/MLColorDelta.h"
 #include "host/ml/MLFalloffCache.h"
+#include "host/ml/MLMaterialSet.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLProgressCallback.h"
@@ -132,10 +133,9 @@ bool MLNode::InitSculpt() {
     lobject()->SetActiveSubdivLevel(active);
     TakeWorldMatrices();
     plug(&NodeAttributes::m_moInTime).getValue(sculptTime);
-    if (plug(&NodeAttributes::m_moShowTextures).asBool())
-        meshObject()->UpdateMtlIds(getThisMObject());
     const bool was = IsSculpting();
     if (!LNode::InitSculpt()) return false;
+    if (!was) UpdateMaterials();
     if (!was) KelmoSelMessage::RegisterCallbacks();
     KelmoSelMessage::Update();
     ShowSurface(*this);
@@ -174,6 +174,7 @@ void MLNode::FinishSculpt(bool keep) {
         displayGeomChanged = true;
         KelmoSelMessage::DeregisterCallbacks();
         HideSurface(*this);
+        SetMtlSet(nullptr);
     }
     LNode::FinishSculpt(keep);
 }

@@ -18,6 +18,7 @@ namespace VantrelSDK {
 class LBlindData;
 class MLColorDelta;
 class MLDynMask;
+class MLMaterialSet;
 class MLMeshObject;
 class NodeJournal;
 
@@ -106,6 +107,19 @@ class MLNode : public LNode {
     int ReadFrom(LBlindData* stream);
 
     void UpdateFalloffs();
+
+    // Materials: in a session, while textures are shown or painted, the node has a set of them.
+
+    /// Makes the set anew, or lets go of it. Where textures are shown and none can be, nothing is
+    /// shown any more, as the attribute then says.
+    void UpdateMaterials();
+    /// Finds the faces' materials, where they could not be found before; before each drawing.
+    void FindMaterials();
+    MLMaterialSet* materials() const;
+    /// The images of painted maps go to their files. A map without one gets a texture of its own.
+    /// False where one could not be written, which is told.
+    bool writeMtlSet();
+    int getTexChannel() const { return Int(&NodeAttributes::m_moTexChannel); }
 
     // Settings, from the attributes.
 
@@ -254,9 +268,15 @@ class MLNode : public LNode {
     /// 1 or 2, whatever the plug says.
     int Space(NodeAttributes::Member attribute) const { return Int(attribute) == 2 ? 2 : 1; }
 
+    bool WantsMaterials() const;
+    mtlMode WantedMtlMode() const;
+    bool HoldsPaint() const;
+    std::unique_ptr<MLMaterialSet> createMtlSet();
     void AimMask();
 
     MMatrix objToWorld_, worldToObj_;
+    /// The mesh had other polygons when its materials were asked for.
+    bool materialsDue_ = false;
     std::vector<std::unique_ptr<MLDynMask>> masks_;
 };
 

@@ -36,6 +36,7 @@ class NodeCommands {
     static std::span<const Row> LevelRows();
     static std::span<const Row> NeutralRows();
     static std::span<const Row> PaintRows();
+    static std::span<const Row> MaterialRows();
 
   private:
     // Parameters.
@@ -132,6 +133,13 @@ class NodeCommands {
     void MaskName();
     void UpdateMask();
     void EditPaint(PaintEdit edit);
+
+    // Materials and their maps.
+    void UpdateDisplayMaps();
+    void UpdateMaterials();
+    void WriteMaterials();
+    void HasMaterials();
+    void CanWriteMaps();
 
     // The neutral.
     void SetNeutralize();

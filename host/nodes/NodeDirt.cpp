@@ -45,12 +45,10 @@ std::string BaseName(const MPlug& plug) {
 }  // namespace
 
 void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected) {
+    static const std::set<std::string> kMaterials{"shtx", "afft", "aftc", "tch"};
     static const std::set<std::string> kShown{
-        "affc", "dimo", "affs", "sten", "pmod", "puv",  "shaz", "shal", "oo",  "usop",
-        "ssao", "ssar", "sssa", "glsl", "cull", "shtx", "txop", "pouc", "dmo", "dma"};
-    // What a pointer that moves writes.
-    static const std::set<std::string> kPointer{"br",  "rpx", "rpy",  "rpz", "rdx", "rdy", "rdz",
-                                                "scx", "scy", "brnm", "cm",  "ex",  "ex0", "p0"};
+        "affc", "dimo", "affs", "sten", "pmod", "puv",  "shaz", "shal", "oo", "usop",
+        "ssao", "ssar", "sssa", "glsl", "cull", "txop", "pouc", "dmo",  "dma"};
     const std::string name = BaseName(plug);
     Log(name.c_str());
     if (name == "ex" || name == "ex0") {
@@ -74,6 +72,8 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
     } else if (name == "mt") {
         node_.ForceEvaluation(100);
         affected.append(node_.outputPlug());
+    } else if (kMaterials.contains(name)) {
+        node_.UpdateMaterials();
     } else if (kShown.contains(name)) {
         node_.displyDirtied = true;
         if (name == "pouc") node_.inputChanged = true;

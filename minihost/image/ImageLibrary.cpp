@@ -11,6 +11,9 @@ namespace {
 
 std::string g_error;
 
+/// Not multiplied by alpha, nor divided.
+constexpr char kColorsAsTheyAre[] = "oiio:UnassociatedAlpha";
+
 /// Runs `act`, which answers why it failed.
 template <class Act>
 const char* Told(const Act& act) {
@@ -34,6 +37,7 @@ extern "C" __attribute__((visibility("default"))) const char* minihost_write_ima
         const auto out = OIIO::ImageOutput::create(path);
         if (!out) return Or(OIIO::geterror(), "no such image format");
         OIIO::ImageSpec spec(width, height, channels, OIIO::TypeDesc::UINT8);
+        spec.attribute(kColorsAsTheyAre, 1);
         if (!out->open(path, spec) || !out->write_image(OIIO::TypeDesc::UINT8, pixels) ||
             !out->close())
             return Or(out->geterror(), "can't be written");
@@ -56,7 +60,9 @@ extern "C" __attribute__((visibility("default"))) const char* minihost_image_siz
 extern "C" __attribute__((visibility("default"))) const char* minihost_read_image(
     const char* path, int width, int height, int channels, unsigned char* pixels) {
     return Told([&]() -> std::string {
-        OIIO::ImageBuf image(path);
+        OIIO::ImageSpec how;
+        how.attribute(kColorsAsTheyAre, 1);
+        OIIO::ImageBuf image(path, 0, 0, nullptr, &how);
         if (!image.read(0, 0, true, OIIO::TypeDesc::UINT8))
             return Or(image.geterror(), "can't be read as an image");
         if (image.spec().width != width || image.spec().height != height)

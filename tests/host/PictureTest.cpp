@@ -1,5 +1,7 @@
 #include "maya/M3dView.h"
 #include "maya/MPoint.h"
+#include "minihost/mesh/Sets.h"
+#include "minihost/shade/Assign.h"
 #include "tests/host/PictureFixture.h"
 
 // Pictures of the surface that is being sculpted. The references in tests/host/pictures are drawn
@@ -19,6 +21,27 @@ class PictureTest : public PictureFixture {
         Press(8, 1.6f, 0.5f, "1.5, 3.0, 7.0");
         for (int i = 1; i <= 6; ++i) Move(1.5f + 0.4f * i, 3, 7);
         Release();
+    }
+    /// Gives each half of the shown head a material with a texture of stripes.
+    void ShadeHalves() {
+        minihost::Modifier edits(host.scene);
+        const minihost::NodePtr mesh = host.scene.Find("shownShape");
+        const int count = MFnMesh(MObject(mesh)).numPolygons();
+        for (const int half : {0, 1}) {
+            Picture stripes{16, 16, 3, {}};
+            for (int i = 0; i < 3 * 256; ++i)
+                stripes.pixels.push_back((i / 3 + i / 48 * half) % 16 < 8 ? 230 : 30 + i % 3 * 60);
+            const std::string path = folder / ("stripes" + std::to_string(half) + ".png");
+            ASSERT_EQ(minihost::WritePicture(path, stripes), "");
+            const auto group = minihost::CreateShadingGroup(edits, "lambert");
+            const auto shader = minihost::SourceNode(group->FindPlug("surfaceShader"));
+            ASSERT_TRUE(
+                edits.Connect(minihost::CreateFileTexture(edits, path)->FindPlug("outColor"),
+                              shader->FindPlug("color")));
+            std::vector<int> polygons;
+            for (int p = half; p < count; p += 2) polygons.push_back(p);
+            ASSERT_TRUE(minihost::AssignShading(edits, mesh, group, polygons));
+        }
     }
     /// Drivers differ in edges and in the last bits: no more than one pixel in a hundred by more
     /// than 24, and 1 on the whole.
@@ -80,8 +103,9 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
     Open();
     Must("createNode camera -name eye; xform -ws -t 9 4 34 eye; xform -ws -ro -2 14 0 eye");
     struct Look {
-        int mode, shadow, occlusion, colours = 0, mask = 0;
+        int mode, shadow, occlusion, colours = 0, textures = 0, mask = 0;
     };
+    ShadeHalves();
     Must("setAttr k.SSAOsamples 6; setAttr k.SSAOradius 0.02");
     Must("setAttr k.vertexPaintColor 0.2 0.4 0.8; setAttr k.vertColorStrength[8] 1");
     int cameras = 0;
@@ -94,14 +118,20 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
                              {2, 0, 1},
                              {3, 1, 1},
                              {3, 0, 0, 1},
-                             {3, 0, 0, 0, 1}}) {
+                             {2, 0, 0, 0, 1},
+                             {3, 1, 1, 0, 1},
+                             {2, 0, 0, 1, 1},
+                             {3, 0, 0, 0, 0, 1}}) {
         SCOPED_TRACE(std::to_string(look.mode) + " shadow " + std::to_string(look.shadow) +
                      " occlusion " + std::to_string(look.occlusion) + " colours " +
-                     std::to_string(look.colours) + " mask " + std::to_string(look.mask));
+                     std::to_string(look.colours) + " textures " + std::to_string(look.textures) +
+                     " mask " + std::to_string(look.mask));
         Must("setAttr k.displayMode " + std::to_string(look.mode) + "; setAttr k.useShadow[0] " +
              std::to_string(look.shadow) + "; setAttr k.useSSAO[0] " +
              std::to_string(look.occlusion) + "; setAttr k.affectVertColor " +
-             std::to_string(look.colours) + "; setAttr k.dynMasksOn " + std::to_string(look.mask));
+             std::to_string(look.colours) + "; setAttr k.showTextures " +
+             std::to_string(look.textures) + "; setAttr k.dynMasksOn " + std::to_string(look.mask));
+        EXPECT_EQ(Ask(240), look.textures);
         Draw("eye", 240, 180, 0);
         Press(8, 1.2f, 0.6f, "1.5, 3.0, 7.0");
         int changed = 0;

@@ -5,6 +5,7 @@
 
 #include "host/gl/GLFunctions.h"
 #include "host/gl/MLDisplayCache.h"
+#include "host/gl/MLTexture.h"
 #include "host/gl/glslShadowedTexProgram.h"
 #include "host/gl/glslStencilTexProgram.h"
 #include "minihost/Host.h"
@@ -220,6 +221,62 @@ TEST_F(ShaderTest, AnOverlay) {
     }
     program.UnLoadShaders();
     EXPECT_FALSE(told.Has("Error")) << told.text;
+}
+
+TEST_F(ShaderTest, ADisplayMapIsTheImageAndItsStencil) {
+    MFloatVectorArray colors;
+    for (int i = 0; i < 6; ++i) colors.append(MFloatVector(static_cast<float>(i) / 5, 0.5f, 2));
+    MLTexture map(colors, 3, 2);
+    ASSERT_TRUE(map.CreateGlMaps(nullptr));
+    std::vector<uint8_t> bytes(4 * 6);
+    ASSERT_TRUE(map.displayMap()->ReadTexture(bytes.data()));
+    for (size_t i = 0; i < 6; ++i) {
+        EXPECT_EQ(bytes[4 * i], 255 * i / 5);
+        EXPECT_EQ(bytes[4 * i + 1], 127);
+        EXPECT_EQ(bytes[4 * i + 2], 255);
+        EXPECT_EQ(bytes[4 * i + 3], 255);
+    }
+    map.Invert();
+    ASSERT_TRUE(map.CreateGlMaps(nullptr));
+    ASSERT_TRUE(map.displayMap()->ReadTexture(bytes.data()));
+    EXPECT_EQ(bytes[1], 128);
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+}
+
+TEST_F(ShaderTest, AMapThatTheDriverRefusesIsTold) {
+    GLint most = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &most);
+    MLTexture map(1, 2 * most, 1);
+    ASSERT_NE(map.GetPixels(), nullptr);
+    for (int times = 0; times < 2; ++times) EXPECT_FALSE(map.CreateGlMaps(nullptr));
+    const std::string text = "Error: MLTexture::UpdateGlMap GL_RGBA texture with size " +
+                             std::to_string(2 * most) + "x1 is not supported by GPU.\n";
+    EXPECT_EQ(told.text.substr(told.text.size() - text.size()), text);
+    EXPECT_EQ(told.text.find(text), told.text.size() - text.size()) << "told twice";
+}
+
+TEST(MLTexture, WithoutAnImageOrADriverThereIsNothingToShow) {
+    for (const int channel : {1, 2, 3, 4}) {
+        MLTexture map(channel, 2, 2);
+        EXPECT_EQ(map.GetPixels()[4], channel == 1 ? 185 : channel == 2 ? 255 : 0);
+        EXPECT_EQ(map.GetPixels()[7], 0);
+        EXPECT_FALSE(map.CreateGlMaps(nullptr));
+        EXPECT_FALSE(map.Save());
+        EXPECT_TRUE(map.CheckWritePermissions() && map.CheckReadPermissions());
+    }
+    EXPECT_EQ(MLTexture("none.png").GetPixels(), nullptr);
+    EXPECT_EQ(MLTexture(MObject()).GetPixels(), nullptr);
+    EXPECT_EQ(MLTexture(MFloatVectorArray(3), 2, 2).GetPixels(), nullptr);
+    EXPECT_EQ(MLTexture(1, -2, 2).GetPixels(), nullptr);
+    kelmo::Told told;
+    minihost::Host::Get().SetOutput(&told);
+    MLTexture map(1, 2, 2);
+    for (const char* name : {"skin", "./skin", "a.b/skin", "skin."}) {
+        map.SetFileName(name);
+        EXPECT_FALSE(map.Save());
+        EXPECT_TRUE(told.Has(std::string("Error: MLTexture: incorrect name ") + name + "\n"));
+    }
+    minihost::Host::Get().SetOutput(nullptr);
 }
 
 }  // namespace

@@ -1,0 +1,42 @@
+#include "host/gl/UnusedNames.h"
+
+#include <vector>
+
+#include "host/gl/GLFunctions.h"
+
+namespace VantrelSDK {
+
+namespace {
+
+struct Names {
+    std::vector<unsigned> textures, frames, buffers;
+};
+
+Names& Unused() {
+    static Names names;
+    return names;
+}
+
+}  // namespace
+
+void LetGoOfTexture(unsigned name) {
+    if (name) Unused().textures.push_back(name);
+}
+
+void LetGoOfFrame(unsigned frame, unsigned renderBuffer) {
+    if (frame) Unused().frames.push_back(frame);
+    if (renderBuffer) Unused().buffers.push_back(renderBuffer);
+}
+
+void FreeUnusedNames() {
+    Names& names = Unused();
+    // Without functions the context is gone, and all names with it.
+    if (GLUse()) {
+        for (const unsigned name : names.textures) glDeleteTextures(1, &name);
+        for (const unsigned name : names.frames) glDeleteFramebuffersEXT(1, &name);
+        for (const unsigned name : names.buffers) glDeleteRenderbuffersEXT(1, &name);
+    }
+    names = {};
+}
+
+}  // namespace VantrelSDK
