@@ -2,14 +2,18 @@
 #include <benchmark/benchmark.h>
 
 #include <cmath>
+#include <filesystem>
 
 #include "bench/MemoryWatch.h"
 #include "core/mesh/LFace.h"
 #include "host/gl/VoxelGrid.h"
 #include "minihost/Host.h"
 #include "minihost/graph/Modifier.h"
+#include "minihost/image/ImageFile.h"
 #include "minihost/mesh/MeshTypes.h"
 #include "minihost/mesh/Primitives.h"
+#include "minihost/mesh/Sets.h"
+#include "minihost/shade/Assign.h"
 
 using namespace minihost;
 
@@ -48,6 +52,23 @@ class Shown {
         host.NewScene();
     }
 
+    /// Gives it a material with a texture of squares, and shows that.
+    void ShowTexture() {
+        Picture squares{1024, 1024, 3, {}};
+        for (int i = 0; i < 1024 * 1024; ++i)
+            squares.pixels.insert(squares.pixels.end(), 3, (i >> 5 ^ i >> 15) & 1 ? 220 : 60);
+        const auto path = std::filesystem::temp_directory_path() / "kelmo-bench-squares.png";
+        WritePicture(path, squares);
+        Modifier edits(host.scene);
+        const NodePtr group =
+            CreateAndAssignShader(edits, "lambert", host.scene.Find("shownShape"));
+        edits.Connect(CreateFileTexture(edits, path)->FindPlug("outColor"),
+                      SourceNode(group->FindPlug("surfaceShader"))->FindPlug("color"));
+        Run("setAttr k.showTextures 1; setAttr k.param0 0; setAttr k.commnad 240;"
+            "setAttr k.execute0 1");
+        std::filesystem::remove(path);
+    }
+
     void Run(const std::string& script) { host.interpreter.Execute(script); }
     /// To the last pixel.
     void Draw() {
@@ -83,6 +104,32 @@ void DisplayFull(benchmark::State& state) {
     if (!shown.view) return state.SkipWithError("no OpenGL");
     shown.Draw();
     for (auto _ : state) shown.Draw();
+}
+
+/// The same with a texture.
+void DisplayTextured(benchmark::State& state) {
+    Shown shown(state.range(0), false);
+    if (!shown.view) return state.SkipWithError("no OpenGL");
+    shown.ShowTexture();
+    shown.Draw();
+    for (auto _ : state) shown.Draw();
+}
+
+/// A texture is turned on and drawn for the first time.
+void DisplayTexturedFirst(benchmark::State& state) {
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            Shown shown(state.range(0), false);
+            if (!shown.view) return state.SkipWithError("no OpenGL");
+            shown.Draw();
+            state.ResumeTiming();
+            shown.ShowTexture();
+            shown.Draw();
+            state.PauseTiming();
+        }
+        state.ResumeTiming();
+    }
 }
 
 /// After a step of a stroke with a brush over a tenth of the view; the step is not in it. The
@@ -143,6 +190,12 @@ void DisplayVoxels(benchmark::State& state) {
 
 BENCHMARK(DisplayFirst)->Arg(60000)->Arg(1500000)->Iterations(1)->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayFull)->Arg(60000)->Arg(1500000)->Unit(benchmark::kMillisecond);
+BENCHMARK(DisplayTexturedFirst)
+    ->Arg(60000)
+    ->Arg(1500000)
+    ->Iterations(1)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(DisplayTextured)->Arg(60000)->Arg(1500000)->Unit(benchmark::kMillisecond);
 BENCHMARK(DisplayStep)
     ->ArgsProduct({{60000, 1500000}, {0, 1}, {0, 1}, {0, 1}})
     ->Iterations(20)

@@ -404,6 +404,8 @@ def display(runs):
         "DisplayVoxels": lambda a: "the surface is cut into voxels",
         "DisplayFirst": lambda a: "drawn for the first time",
         "DisplayFull": lambda a: "drawn again as a whole",
+        "DisplayTexturedFirst": lambda a: "a texture is turned on, and drawn",
+        "DisplayTextured": lambda a: "drawn again as a whole, with it",
         "DisplayStep": lambda a: "after a step, " + ("changed pixels" if a[1] else "as a whole")
         + (", with occlusion" if a[2] else "")
         + (", filling the view" if a[3] else ""),

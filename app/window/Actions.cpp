@@ -299,6 +299,9 @@ void Actions::AddView(Desk& desk) {
          toggle("useShadow", true), is("useShadow", true), ""});
     Add({"occlusion", "View", "Occlusion", "Shift+O", "Darkens creases and hollows.",
          toggle("useSSAO", true), is("useSSAO", true), ""});
+    Add({"textures", "View", "Textures", "Shift+T",
+         "Shows the images that the mesh's materials name.", toggle("showTextures", false),
+         is("showTextures", false), ""});
     Add({"smoothEdges", "View", "Smooth edges", "",
          "Draws each pixel several times. Off, a machine without a graphics card follows the brush "
          "faster.",

@@ -342,6 +342,11 @@ void DrawDisplay(Desk& desk) {
     ImGui::SameLine(Half() + 10);
     Toggle(desk, "Highlights", "useSpecular", "The surface shines a little.");
     Toggle(desk, "Hide backs", "cullBackface", "Leaves out faces that look away.");
+    ImGui::SameLine(Half() + 10);
+    Check(desk, "textures");
+    if (desk.work.node.Is("showTextures"))
+        Slider(desk, "Opacity", "textureOpac", -1, 0, 1, "%.2f",
+               "How much of the textures is seen over the plain surface.", false);
 }
 
 void DrawSelection(Desk& desk) {
