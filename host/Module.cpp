@@ -6,6 +6,7 @@
 #include "host/commands/KelmoCmd.h"
 #include "host/commands/KelmoJournalCmd.h"
 #include "host/commands/KelmoNewCmd.h"
+#include "host/commands/KelmoPatternsCmd.h"
 #include "host/commands/KelmoSculptCmd.h"
 #include "host/commands/KelmoStrokeCmd.h"
 #include "host/commands/ObjectCommands.h"
@@ -108,12 +109,13 @@ constexpr CommandRow kCommands[] = {
     {"KelmoSubdivs", MakeNodeCommand<kKelmoSubdivsCmd>, MakeNodeSyntax<kKelmoSubdivsCmd>},
     {"KelmoRender", KelmoRenderCmd::creator, KelmoRenderCmd::newSyntax},
     {"KelmoJournal", KelmoJournalCmd::creator, KelmoJournalCmd::newSyntax},
+    {"KelmoPatterns", KelmoPatternsCmd::creator, KelmoPatternsCmd::newSyntax},
     {"KelmoTimes", KelmoTimesCmd::creator, nullptr},
 };
 constexpr const char* kCommandsDown[] = {
-    "KelmoVersion", "Kelmo",        "KelmoNew",    "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoSculpt",  "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget", "KelmoMasks",
-    "KelmoStroke",  "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoTimes",
+    "KelmoVersion", "Kelmo",        "KelmoNew",    "KelmoTime",    "KelmoSetVer",   "KelmoDiag",
+    "KelmoSculpt",  "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget",   "KelmoMasks",
+    "KelmoStroke",  "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoPatterns", "KelmoTimes",
 };
 
 /// Tells a failure by what was being done.

@@ -36,11 +36,15 @@ bool LPattern::SetActive(bool active) {
 }
 
 void LPattern::SetProjMushWeights(std::vector<float> weights) {
-    if (weights.size() == kNumProj) mushWeights_ = std::move(weights);
+    if (weights.size() != kNumProj) return;
+    mushWeights_ = std::move(weights);
+    ++revision_;
 }
 
 void LPattern::SetProjMushColors(std::vector<LAColor> colors) {
-    if (colors.size() == kNumProj) mushColors_ = std::move(colors);
+    if (colors.size() != kNumProj) return;
+    mushColors_ = std::move(colors);
+    ++revision_;
 }
 
 const float* LPattern::GetProjMushWeights() const {
@@ -65,6 +69,7 @@ void LPattern::freeBuffers() {
 }
 
 void LPattern::DropProjection() {
+    ++revision_;
     const std::lock_guard lock(projecting_);
     projected_ = false;
     projWeights_ = {};

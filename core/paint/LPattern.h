@@ -96,6 +96,8 @@ class LPattern {
     const uint8_t* GetPreviewPixels() const { return preview_.empty() ? nullptr : preview_.data(); }
     void getPreviewPixel(int x, int y, uint8_t& r, uint8_t& g, uint8_t& b) const;
 
+    /// Grows with each change of what look-ups find.
+    unsigned revision() const { return revision_; }
     /// Gives the picture up: not active any more.
     void freeBuffers();
 
@@ -141,6 +143,7 @@ class LPattern {
     mutable std::vector<LAColor> projColors_;
     std::vector<float> mushWeights_;
     std::vector<LAColor> mushColors_;
+    unsigned revision_ = 0;
     bool colorAsAlpha_ = false, isactive_ = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "core/sculpt/LDynMask.h"
 #include "core/sculpt/LNode.h"
@@ -137,6 +138,8 @@ void StrokeRecorder::Pressed(const LPoint3& pos, const LPoint3& dir, const LPoin
     journal_.Join();
     if (inStroke_) Released();
     mode_ = -1;
+    patterned_ = target_.node().GetActivePattern();
+    if (patterned_) return;
     AddSettings();
     AddModifiers();
     AddMask();
@@ -146,6 +149,7 @@ void StrokeRecorder::Pressed(const LPoint3& pos, const LPoint3& dir, const LPoin
 
 void StrokeRecorder::Moved(const LPoint3& pos, const LPoint2& screen, const LPoint3& normal) {
     if (!inStroke_) return;
+    patterned_ |= target_.node().GetActivePattern() != nullptr;
     if (settingsChanged_) {
         AddSettings();
         mode_ = -1;
@@ -155,6 +159,7 @@ void StrokeRecorder::Moved(const LPoint3& pos, const LPoint2& screen, const LPoi
 }
 
 void StrokeRecorder::Released() {
+    if (std::exchange(patterned_, false)) Replaced();
     if (!inStroke_) return;
     inStroke_ = false;
     ++strokes_;

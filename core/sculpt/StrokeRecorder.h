@@ -69,6 +69,9 @@ class StrokeRecorder : public StrokeListener {
     Ramp falloffs_[2];
     std::vector<int> hidden_, selected_;
     std::optional<ScreenMask> mask_;
+    /// The running stroke has a pattern, whose picture no log has. One that has from the start is
+    /// not written.
+    bool patterned_ = false;
     bool shift_ = false, ctrl_ = false, inStroke_ = false, settingsChanged_ = false;
     bool broken_ = false;
     /// Strokes written that may be taken back.

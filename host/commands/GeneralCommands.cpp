@@ -10,6 +10,7 @@
 #include "host/commands/EditCommand.h"
 #include "host/gl/GLInfo.h"
 #include "host/ml/InterfaceProcedures.h"
+#include "host/ml/PatternsReport.h"
 #include "host/ml/StageTimes.h"
 #include "host/nodes/KelmoRenderMessage.h"
 
@@ -37,6 +38,7 @@ MStatus KelmoVersionCmd::doIt(const MArgList& words) {
 MSyntax KelmoDiagCmd::newSyntax() {
     MSyntax syntax;
     syntax.addFlag("gl", "OpenGL");
+    syntax.addFlag("pa", "patterns");
     return syntax;
 }
 
@@ -46,6 +48,8 @@ MStatus KelmoDiagCmd::doIt(const MArgList& words) {
     if (!status) return Failed("KelmoDiagCmd: can not parse arguments\n");
     if (parsed.isFlagSet("OpenGL"))
         setResult(getGlMetrics());
+    else if (parsed.isFlagSet("patterns"))
+        setResult(getPatternsReport());
     else
         return RunIfKnown("KelmoDiagnostic");
     return MS::kSuccess;

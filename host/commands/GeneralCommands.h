@@ -12,8 +12,8 @@ class KelmoVersionCmd : public MPxCommand {
     MStatus doIt(const MArgList& words) override;
 };
 
-/// KelmoDiag: -OpenGL tells what there is to draw with; without a flag the interface's own
-/// diagnosis runs, where there is one.
+/// KelmoDiag: -OpenGL tells what there is to draw with, -patterns which patterns can be read;
+/// without a flag the interface's own diagnosis runs, where there is one.
 class KelmoDiagCmd : public MPxCommand {
   public:
     static void* creator() { return new KelmoDiagCmd; }

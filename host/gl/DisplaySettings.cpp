@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/paint/LPattern.h"
 #include "host/ml/MLNode.h"
 
 namespace VantrelSDK {
@@ -51,6 +52,11 @@ DisplaySettings DisplaySettings::Of(const MLNode& node) {
     s.ssaoRadius = node.plug(&N::m_moSSAOradius).asFloat();
     // A shader that taps for minutes stops the machine.
     s.ssaoSamples = std::clamp(whole(&N::m_moSSAOsamples), 0, 128);
+    if (node.getPatternMode() == 2) s.pattern = node.GetActivePattern();
+    s.patternRevision = s.pattern ? s.pattern->revision() : 0;
+    s.patternUVchannel = node.getPatternUVchannel();
+    s.patternOpacity = node.getPatternUVopacity();
+    s.wrapUVs = on(&N::m_moWrapUVs);
     s.underNormals = on(&N::m_moUnderNorm);
     s.underTangents = on(&N::m_moUnderTangs);
     s.underVectors = on(&N::m_moUnderVect);

@@ -4,6 +4,7 @@
 
 namespace VantrelSDK {
 
+class LPattern;
 class MLNode;
 
 /// How a surface is drawn: a node's display settings at one time.
@@ -24,6 +25,13 @@ struct DisplaySettings {
     bool affectTexture = false, affectTexStencil = false;
     /// How much of a map is seen, over the plain surface.
     float textureOpacity = 1;
+    /// The pattern that lies over the surface by its UVs, and its state; null for none.
+    const LPattern* pattern = nullptr;
+    unsigned patternRevision = 0;
+    int patternUVchannel = 0;
+    float patternOpacity = 0.2f;
+    /// UVs beyond a tile are brought back into it.
+    bool wrapUVs = false;
     bool underNormals = false, underTangents = false, underVectors = false, underSkin = false,
          underSkinSolid = false;
 

@@ -37,13 +37,15 @@ class Corners {
           level_(level),
           kind_(kind),
           material_(material),
-          uvs_(cache.UVsOf(material)),
           selection_(object_ && object_->HasFacesSelected()),
           hidden_(object_ && object_->HasHidden()),
           lit_(kind != DrawKind::kDepth),
           colors_(lit_ && cache.CompilesColor()),
           paints_(colors_ && material >= 0 && cache.CompilesPaint()),
           stencils_(lit_ && cache.CompilesStencil()),
+          uvs_(material >= 0            ? cache.UVsOf(material)
+               : lit_ && !IsLines(kind) ? cache.CompiledUVs()
+                                        : nullptr),
           to_(to) {
         to_.Clear();
     }
@@ -84,12 +86,17 @@ class Corners {
     }
 
     /// Of the corners of a face, each of which has its own at a seam; (0, 0) without one, and for
-    /// what is no number.
+    /// what is no number. Maps repeat by themselves; a pattern is brought back where that is
+    /// wanted.
     void AddUVs(int f) {
-        const LUVChannel::MFace face = uvs_->GetLevelFace(f, level_);
-        for (const int corner : face.v) {
-            const LPoint2 uv = uvs_->GetLevelVert(corner, level_);
-            to_.uvs.push_back(std::isfinite(uv.x) && std::isfinite(uv.y) ? uv : LPoint2());
+        const auto faces = uvs_->LevelFaces(level_);
+        const auto points = uvs_->AllVerts();
+        for (int k = 0; k < 3; ++k) {
+            const int point = static_cast<size_t>(f) < faces.size() ? faces[f].v[k] : -1;
+            const bool known = point >= 0 && static_cast<size_t>(point) < points.size();
+            const LPoint2 uv = known ? points[static_cast<size_t>(point)] : LPoint2();
+            const bool good = std::isfinite(uv.x) && std::isfinite(uv.y);
+            to_.uvs.push_back(!good ? LPoint2() : material_ < 0 ? cache_.Placed(uv) : uv);
         }
     }
 
@@ -99,8 +106,8 @@ class Corners {
     int level_;
     DrawKind kind_;
     int material_;
-    const LUVSubdivChannel* uvs_;
     bool selection_, hidden_, lit_, colors_, paints_, stencils_;
+    const LUVSubdivChannel* uvs_;
     CornerArrays& to_;
 };
 

@@ -1,14 +1,30 @@
 #include "host/gl/MLDisplayCache.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "core/mesh/LMeshObject.h"
+#include "core/paint/LPattern.h"
 #include "core/sculpt/LNode.h"
+#include "core/subdiv/LUVSubdivChannel.h"
 #include "host/gl/GLFunctions.h"
 #include "host/gl/UnusedNames.h"
 #include "host/ml/StageTimes.h"
 
 namespace VantrelSDK {
+
+namespace {
+
+int MaxTextureCoords() {
+    static const int most = [] {
+        GLint found = 1;
+        glGetIntegerv(GL_MAX_TEXTURE_COORDS, &found);
+        return std::max(found, 1);
+    }();
+    return most;
+}
+
+}  // namespace
 
 MLDisplayCache::MLDisplayCache(LNode* owner, LThreadGroup* workers)
     : LDisplayCache(owner, workers) {}
@@ -145,8 +161,10 @@ void MLDisplayCache::Refresh() {
     FreeUnusedNames();
     MLScreenCache::FreeFrames();
     PrepareMaps();
-    const Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(),
-                          settings_.shaders && GLUse()};
+    FreeFloatTextures();
+    Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(), settings_.shaders && GLUse()};
+    wanted.uvs = PatternUVs();
+    wanted.wrap = wanted.uvs && settings_.wrapUVs;
     // Nobody selects or hides inside a stroke.
     const size_t mark = owner_ && owner_->IsStroking() ? selectionMark_ : SelectionMark();
     if (wanted.color && !useColors()) SetUseColor(true);
@@ -154,6 +172,38 @@ void MLDisplayCache::Refresh() {
     compiled_ = wanted;
     selectionMark_ = mark;
     InvalidateVoxels();
+}
+
+/// Patterns are seen by the first channel, whichever they are used by.
+const LUVSubdivChannel* MLDisplayCache::PatternUVs() const {
+    if (!settings_.pattern || !owner_ || !owner_->GetPatternChannel()) return nullptr;
+    const int most = std::min(owner_->lobject()->GetNumUVChannels(), MaxTextureCoords());
+    return owner_->getPatternUVchannel() < most ? owner_->lobject()->GetUVChannel(0) : nullptr;
+}
+
+LPoint2 MLDisplayCache::Placed(const LPoint2& uv) const {
+    if (!compiled_.wrap) return uv;
+    return {uv.x - std::floor(uv.x), uv.y - std::floor(uv.y)};
+}
+
+void MLDisplayCache::InitStencilTex() {
+    const LPattern* pattern = owner_ ? owner_->GetActivePattern() : nullptr;
+    if (pattern == stencilPattern_ && (!pattern || pattern->revision() == stencilRevision_)) return;
+    stencilPattern_ = pattern;
+    texok_ = false;
+    if (!pattern) return stencilTex_.Release();
+    stencilRevision_ = pattern->revision();
+    constexpr int kSide = LPattern::kProjSide;
+    constexpr float kStep = 1.0f / kSide;
+    std::vector<LColor> texels;
+    texels.reserve(kSide * kSide);
+    for (int y = 0; y < kSide; ++y)
+        for (int x = 0; x < kSide; ++x) {
+            const float less = 1 - pattern->GetProjWeight(static_cast<float>(x) * kStep,
+                                                          static_cast<float>(y) * kStep);
+            texels.emplace_back(1 - 0.8f * less, 1 - 0.5f * less, 1 - 0.8f * less);
+        }
+    texok_ = stencilTex_.Upload(kSide, 3, &texels[0].r);
 }
 
 void MLDisplayCache::GetBBox(LPoint3& min, LPoint3& max) {

@@ -8,6 +8,7 @@
 
 #include "core/display/LDisplayCache.h"
 #include "host/gl/DisplaySettings.h"
+#include "host/gl/FloatTexture.h"
 #include "host/gl/GLTargets.h"
 #include "host/gl/LGLVoxel.h"
 #include "host/gl/MLDynMask.h"
@@ -87,6 +88,13 @@ class MLDisplayCache : public LDisplayCache {
     /// All pictures are of something else.
     void DropCaches();
 
+    // The pattern that lies over the surface, as a texture.
+
+    /// Makes it of the active pattern, where that is another or has changed.
+    void InitStencilTex();
+    /// Binds it to a texture unit.
+    void ActivateStencilTex(int unit) const { stencilTex_.Activate(unit, true); }
+
     // What voxels ask.
 
     const VoxelGrid& Grid() const { return grid_; }
@@ -106,6 +114,11 @@ class MLDisplayCache : public LDisplayCache {
     /// The UV set that a material's map lies in; null for -1.
     const LUVSubdivChannel* UVsOf(int material) const;
     int StencilPlace() const { return shared().smoothShadowedGLSL.GetStencilLoc(); }
+    /// The channel whose points are compiled, for the pattern that lies over the surface; null for
+    /// none.
+    const LUVSubdivChannel* CompiledUVs() const { return compiled_.uvs; }
+    /// A point as the settings place it.
+    LPoint2 Placed(const LPoint2& uv) const;
     CornerArrays& Scratch() { return scratch_; }
     /// In bytes, without what OpenGL holds.
     size_t VoxelMemory() const;
@@ -136,7 +149,8 @@ class MLDisplayCache : public LDisplayCache {
   private:
     /// What is compiled into the lists beside positions and normals.
     struct Compiled {
-        bool color = false, stencil = false, glsl = false;
+        bool color = false, stencil = false, glsl = false, wrap = false;
+        const LUVSubdivChannel* uvs = nullptr;
         bool operator==(const Compiled&) const = default;
     };
     struct Box {
@@ -168,6 +182,8 @@ class MLDisplayCache : public LDisplayCache {
     void Follow(std::span<const int> verts);
     void GrowDirtyBox(std::span<const int> verts);
     void MakeRoom();
+    /// The channel that the pattern over the surface is seen by; null where there is none.
+    const LUVSubdivChannel* PatternUVs() const;
     size_t SelectionMark() const;
     MPoint LightPos(MPoint& center);
     float MarkLength();
@@ -191,6 +207,11 @@ class MLDisplayCache : public LDisplayCache {
     /// Counts the moves of the dirty boxes.
     unsigned step_ = 0;
     CornerArrays scratch_;
+    FloatTexture stencilTex_;
+    /// What the texture shows.
+    const LPattern* stencilPattern_ = nullptr;
+    unsigned stencilRevision_ = 0;
+    bool texok_ = false;
 };
 
 }  // namespace VantrelSDK

@@ -165,10 +165,14 @@ void MLDisplayCache::SetUniforms(const M3dView& view, glslShadowedProgram::Mode 
     Shared& all = shared();
     SetUniforms(view, all.smoothShadowedGLSL);
     all.smoothShadowedGLSL.SetMode(mode);
+    const bool pattern = mode == glslShadowedProgram::kSurface && compiled_.uvs && texok_;
+    all.smoothShadowedGLSL.SetUseStencilTex(pattern);
+    all.smoothShadowedGLSL.SetStencilTexOpac(settings_.patternOpacity);
     SetUniforms(view, all.shadowedTexGLSL);
     all.shadowedTexGLSL.SetTextureOpacity(settings_.textureOpacity);
     all.shadow.ActivateTexture(0);
     all.ssao.ActivateTexture(1);
+    if (pattern) ActivateStencilTex(2);
     glActiveTexture(GL_TEXTURE0);
 }
 
@@ -218,9 +222,15 @@ void MLDisplayCache::Surface(const MDrawRequest& request, M3dView& view, bool di
             // A face that lies in two voxels is shaded once.
             glDepthFunc(GL_LESS);
         }
+        if (compiled_.uvs) InitStencilTex();
         if (compiled_.glsl) {
             SetUniforms(view, glslShadowedProgram::kSurface);
         } else {
+            if (compiled_.uvs && texok_) {
+                ActivateStencilTex(0);
+                glEnable(GL_TEXTURE_2D);
+                glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+            }
             if (!compiled_.color) glEnable(GL_LIGHTING);
             glEnable(GL_NORMALIZE);
             glMaterialfv(GL_FRONT, GL_AMBIENT, kAmbient);

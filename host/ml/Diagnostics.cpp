@@ -30,6 +30,14 @@ MString VersionFolder() {
     return folder;
 }
 
+MString InstallFolder() {
+    return MString(KELMO_INSTALL_ROOT "/") + VersionFolder() + "/icons/";
+}
+
+MString SearchPath() {
+    return MGlobal::executeCommandStringResult("getenv \"XBMLANGPATH\";");
+}
+
 /// A folder of a search path; "%B" stands for the file's name there.
 MString SearchFolder(const MString& entry) {
     const int end = static_cast<int>(entry.length()) - 1;
@@ -78,23 +86,29 @@ bool IsFilePresent(const MString& path) {
     return file != nullptr;
 }
 
+MString FindPatternsPath(const MString& name) {
+    if (IsFilePresent(InstallFolder() + name)) return InstallFolder();
+    MStringArray entries;
+    SearchPath().split(':', entries);
+    if (entries.length() == 0) entries.append(SearchPath());
+    for (const MString& entry : entries)
+        if (IsFilePresent(SearchFolder(entry) + name)) return SearchFolder(entry);
+    return MString();
+}
+
 MString GetPatternsPath(const MString& name, bool check) {
     const bool named = name.length() > 0;
     if (!named && check)
         MGlobal::displayWarning(
             "Vantrel: can not check file existance, file name is not specified.\n"
             "Default path will be returned.");
-    const MString folder = MString(KELMO_INSTALL_ROOT "/") + VersionFolder() + "/icons/";
-    if (!named || !check || IsFilePresent(folder + name)) return folder;
-    const MString search = MGlobal::executeCommandStringResult("getenv \"XBMLANGPATH\";");
-    MStringArray entries;
-    search.split(':', entries);
-    if (entries.length() == 0) entries.append(search);
-    for (const MString& entry : entries)
-        if (IsFilePresent(SearchFolder(entry) + name)) return SearchFolder(entry);
-    MGlobal::displayError("Vantrel: file " + name + " not found in default location:\n//" + folder +
-                          "\n//nor in any of paths specified by XBMLANGPATH:\n//\n//" + search);
-    return MString();
+    if (!named || !check) return InstallFolder();
+    const MString found = FindPatternsPath(name);
+    if (found.length() == 0)
+        MGlobal::displayError(
+            "Vantrel: file " + name + " not found in default location:\n//" + InstallFolder() +
+            "\n//nor in any of paths specified by XBMLANGPATH:\n//\n//" + SearchPath());
+    return found;
 }
 
 }  // namespace VantrelSDK

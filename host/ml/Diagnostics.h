@@ -18,6 +18,8 @@ void Log(const MString& text);
 /// environment's XBMLANGPATH names. Without `check` or a name the former. Empty, with the error
 /// told, for a file that is nowhere.
 MString GetPatternsPath(const MString& name, bool check);
+/// The same with `check`, but telling nobody.
+MString FindPatternsPath(const MString& name);
 bool IsFilePresent(const MString& path);
 
 }  // namespace VantrelSDK

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 #include "core/sculpt/LNodeRecord.h"
 #include "host/gl/MLDisplayCache.h"
@@ -20,6 +21,7 @@
 #include "host/ml/MLMaterialSet.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
+#include "host/ml/MLPatternCollection.h"
 #include "host/ml/MLProgressCallback.h"
 #include "host/nodes/GeometryLine.h"
 #include "host/nodes/KelmoSelMessage.h"
@@ -246,7 +248,23 @@ void MLNode::TakeWorldMatrices() {
     worldToObj_ = objToWorld_.inverse();
 }
 
+MLPatternCollection* MLNode::patterns() const {
+    return static_cast<MLPatternCollection*>(lpatterns());
+}
+
+bool MLNode::loadPatterns() {
+    if (!patterns()) _lpatterns() = std::make_unique<MLPatternCollection>(this);
+    if (std::exchange(patternsLoded_, true) || patterns()->GetNumPatterns() > 0) return true;
+    if (!patterns()->LoadPatterns("userpatterns.cfg", false) &&
+        !patterns()->LoadPatterns("patterns.cfg", true))
+        MGlobal::displayError(
+            "Kelmo: none of 'patterns.cfg' or 'userpatterns.cfg' is found in expected location.");
+    return true;
+}
+
 int MLNode::WriteTo(LBlindData* stream) {
+    // The patterns live in the user's list, not in the record.
+    if (patterns()) patterns()->SavePatterns("userpatterns.cfg");
     RaiseLevels();
     LNodeRecord record(*this, {});
     const int code = record.WriteTo(stream);

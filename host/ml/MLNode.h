@@ -20,6 +20,7 @@ class MLColorDelta;
 class MLDynMask;
 class MLMaterialSet;
 class MLMeshObject;
+class MLPatternCollection;
 class NodeJournal;
 
 /// What the pointer's tool knows of a stroke beyond the plugs, in world space.
@@ -95,6 +96,13 @@ class MLNode : public LNode {
     void GetObjToWorld(MMatrix& matrix, bool fresh) const;
     void GetWorldToObj(MMatrix& matrix, bool fresh) const;
     void TakeWorldMatrices();
+
+    /// The node's patterns; null until somebody has needed them.
+    MLPatternCollection* patterns() const;
+    /// Reads the lists of patterns, the user's or else those that come with the module, the first
+    /// time. Always true: without a list, which is told, there are none.
+    bool loadPatterns();
+    bool patternsLoded() const { return patternsLoded_; }
 
     /// A tweak node on the input moves a vertex.
     bool hasTweaks() const;
@@ -274,6 +282,7 @@ class MLNode : public LNode {
     std::unique_ptr<MLMaterialSet> createMtlSet();
     void AimMask();
 
+    bool patternsLoded_ = false;
     MMatrix objToWorld_, worldToObj_;
     /// The mesh had other polygons when its materials were asked for.
     bool materialsDue_ = false;

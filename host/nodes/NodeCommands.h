@@ -12,6 +12,8 @@ namespace VantrelSDK {
 
 class LMorphTarget;
 class MLNode;
+class MLPattern;
+class MLPatternCollection;
 
 /// What a node is told to do: a number in `commnad`, what it needs in `param0` to `param3`, and any
 /// value written to `execute` or `execute0` runs it; answers are left in the parameters. Tools,
@@ -37,6 +39,7 @@ class NodeCommands {
     static std::span<const Row> NeutralRows();
     static std::span<const Row> PaintRows();
     static std::span<const Row> MaterialRows();
+    static std::span<const Row> PatternRows();
 
   private:
     // Parameters.
@@ -140,6 +143,24 @@ class NodeCommands {
     void WriteMaterials();
     void HasMaterials();
     void CanWriteMaps();
+    // Patterns.
+    void PatternCount();
+    void AddPattern();
+    void DeletePattern();
+    void LoadPattern();
+    void SelectPattern();
+    void HitPattern();
+    void ActivePattern();
+    void PatternName();
+    void SetPatternName();
+    void WriteSwatches();
+    void PatternSwatchName();
+    void WriteSwatch();
+    void Select(int index);
+    void PatternChanged();
+    MLPatternCollection& Patterns();
+    /// That of `param0`; null, which is told, for a wrong number.
+    MLPattern* Pattern();
 
     // The neutral.
     void SetNeutralize();

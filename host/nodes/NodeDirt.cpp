@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 
+#include "core/paint/LPatternCollection.h"
 #include "host/gl/KelmoSurfaceCallback.h"
 #include "host/ml/Diagnostics.h"
 #include "host/ml/InterfaceProcedures.h"
@@ -79,6 +80,9 @@ void NodeEvaluation::SetDependentsDirty(const MPlug& plug, MPlugArray& affected)
         if (name == "pouc") node_.inputChanged = true;
         if (name == "affc" || name == "affs") node_.PrepareColours();
         if (name == "affc") ShowColors();
+        if (name == "pmod" || name == "puv") node_.PreparePattern();
+    } else if (name == "csa") {
+        RefreshPatterns();
     }
 }
 
@@ -185,6 +189,14 @@ void NodeEvaluation::ConnectionBroken(const MPlug& plug, const MPlug& other, boo
     } else if (name == "it") {
         MGlobal::executeCommand("setToolTo selectSuperContext");
     }
+}
+
+void NodeEvaluation::RefreshPatterns() {
+    if (!node_.lpatterns()) return;
+    for (int i = 0; i < node_.lpatterns()->GetNumPatterns(); ++i)
+        node_.lpatterns()->GetPattern(i)->Refresh();
+    node_.PreparePattern();
+    node_.displyDirtied = true;
 }
 
 /// The mesh shows vertex colours while they are painted.

@@ -44,6 +44,7 @@ class NodeEvaluation {
     void AppendOutputs(MPlugArray& affected) const;
     void PassSurface();
     void ShowColors();
+    void RefreshPatterns();
     void UseStencil();
 
     MLNode& node_;

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "minihost/image/ImageFile.h"
+#include "minihost/image/XpmFile.h"
 #include "minihost/shade/FileTexture.h"
 
 using minihost::Picture;
@@ -51,7 +52,15 @@ MStatus MImage::writeToFile(const MString& path, const MString& format) const {
                           static_cast<int>(channels_), std::move(upright.pixels_)};
     std::filesystem::path to(path.str());
     if (!to.has_extension()) to += "." + format.str();
+    if (to.extension() == ".xpm")
+        return minihost::WriteXpm(to, picture).empty() ? MS::kSuccess : MS::kFailure;
     return minihost::WritePicture(to, picture).empty() ? MS::kSuccess : MS::kFailure;
+}
+
+MStatus MImage::setPixels(unsigned char* pixels, unsigned width, unsigned height) {
+    const MStatus made = create(width, height, 4);
+    if (made) std::copy_n(pixels, pixels_.size(), pixels_.data());
+    return made;
 }
 
 MStatus MImage::getSize(unsigned& width, unsigned& height) const {

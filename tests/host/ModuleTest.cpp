@@ -41,9 +41,9 @@ class ModuleTest : public testing::Test {
 };
 
 const std::vector<std::string> kCommands = {
-    "KelmoNew",    "KelmoVersion", "Kelmo",       "KelmoTime",    "KelmoSetVer", "KelmoDiag",
-    "KelmoSculpt", "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget", "KelmoMasks",
-    "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoTimes"};
+    "KelmoNew",    "KelmoVersion", "Kelmo",       "KelmoTime",    "KelmoSetVer",   "KelmoDiag",
+    "KelmoSculpt", "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget",   "KelmoMasks",
+    "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoPatterns", "KelmoTimes"};
 
 std::vector<unsigned> Numbers(const std::vector<MTypeId>& ids) {
     std::vector<unsigned> numbers;
@@ -131,7 +131,8 @@ TEST_F(ModuleTest, ThePageHasEveryFlag) {
                 EXPECT_EQ(row[1], arguments) << command << line;
             }
             told.text.clear();
-            Run(command + " " + name + given + (command == "KelmoJournal" ? " k" : ""));
+            Run(command + " " + name + given +
+                (command == "KelmoJournal" || command == "KelmoPatterns" ? " k" : ""));
             EXPECT_THAT(told.text, Not(HasSubstr("parse"))) << command << line;
             ++flags;
         }

@@ -527,13 +527,9 @@ TEST(ToolFlags, ThePageHasThemAll) {
 
 TEST_F(ToolFlagsTest, WhatIsNotBuiltSaysSo) {
     for (const char* flag :
-         {"numpatterns",       "addpattern",     "delpattern",       "selpattern",
-          "hitpattern",        "getpatternname", "setpatternname",   "loadpattern",
-          "patternswatchname", "patternswatch",  "projClearMush",    "numRefImgs",
-          "refImgEmpty",       "refImgSwatch",   "refImgSwatchFile", "loadRefImg",
-          "refImgHit",         "bakeNormals",    "bakeDisplacement", "bakeVertColor",
-          "imporvertcolor",    "numposes",       "nummix",           "posename",
-          "mixname",           "brushImage"}) {
+         {"projClearMush", "numRefImgs", "refImgEmpty", "refImgSwatch", "refImgSwatchFile",
+          "loadRefImg", "refImgHit", "bakeNormals", "bakeDisplacement", "bakeVertColor",
+          "imporvertcolor", "numposes", "nummix", "posename", "mixname", "brushImage"}) {
         told.text.clear();
         EXPECT_THAT(Query(flag), testing::StartsWith("error")) << flag;
         EXPECT_TRUE(told.Has(std::string("-") + flag + " is not part of this version"))

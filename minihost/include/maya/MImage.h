@@ -19,7 +19,7 @@ class MImage {
     MStatus readFromFile(const MString& path, MPixelType type = kByte);
     /// The same of the image that a file texture names; kFailure for other nodes.
     MStatus readFromTextureNode(const MObject& texture, MPixelType type = kByte);
-    /// `format`: the ending of a name that has none.
+    /// `format`: the ending of a name that has none; "xpm" too.
     MStatus writeToFile(const MString& path, const MString& format = "png") const;
     void release() { *this = MImage(); }
 
@@ -30,6 +30,13 @@ class MImage {
     /// width * height * channels bytes; null in an empty image.
     unsigned char* pixels() { return pixels_.empty() ? nullptr : pixels_.data(); }
     const unsigned char* pixels() const { return pixels_.empty() ? nullptr : pixels_.data(); }
+    /// Copies width * height pixels of four channels from `pixels` into the image, which takes
+    /// their size.
+    MStatus setPixels(unsigned char* pixels, unsigned width, unsigned height);
+    /// Always kByte.
+    MPixelType pixelType() const { return kByte; }
+    /// Null: there are none.
+    float* floatPixels() const { return nullptr; }
     MStatus verticalFlip();
 
   private:
