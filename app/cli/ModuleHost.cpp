@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "app/cli/InterfaceProcedures.h"
@@ -44,9 +45,17 @@ std::string SetDisplay(const VantrelSDK::LNodeSettings& s) {
     return script;
 }
 
+/// The patterns that come with the program are found behind those of the person's own.
+void FindExamples() {
+    const char* search = std::getenv("XBMLANGPATH");
+    const std::string before = search && *search ? std::string(search) + ":" : "";
+    setenv("XBMLANGPATH", (before + KELMO_EXAMPLES "/patterns").c_str(), 1);
+}
+
 }  // namespace
 
 bool LoadModule(minihost::Host& host, std::string& error) {
+    FindExamples();
     AddInterfaceProcedures(host.commands);
     std::error_code unknown;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);

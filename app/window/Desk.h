@@ -31,6 +31,7 @@ struct Desk {
         Open,
         Import,
         SaveAs,
+        Pattern,
         Export,
         Unsaved,
         About,

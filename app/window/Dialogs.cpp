@@ -21,6 +21,8 @@ const char* TitleOf(Kind dialog) {
             return "Import";
         case Kind::SaveAs:
             return "Save as";
+        case Kind::Pattern:
+            return "Add a pattern";
         case Kind::Export:
             return "Export the surface";
         case Kind::Unsaved:
@@ -212,6 +214,15 @@ void Dialogs::Begin(Desk& desk) {
                                        then();
                                }},
                               folder);
+        case Kind::Pattern:
+            return files_.Ask(
+                {"Add a pattern",
+                 "Add",
+                 {".png", ".jpg", ".jpeg", ".tif", ".tiff", ".tga", ".bmp", ".exr", ".iff"},
+                 false,
+                 "",
+                 [&desk](const std::string& path) { desk.work.node.AddPattern(path); }},
+                folder);
         case Kind::Export:
             return files_.Ask({"Export", "Export", meshes, true, stem + "_sculpted.obj",
                                [&desk](const std::string& path) { desk.work.Export(path); }},

@@ -3,8 +3,10 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 
+#include "app/cli/ModuleHost.h"
 #include "minihost/dag/DagNode.h"
 #include "minihost/graph/Evaluation.h"
 
@@ -35,6 +37,25 @@ std::vector<NodePtr> All() {
 std::string MeshOf(Node& node) {
     const DagNode* mesh = FedBy(node);
     return mesh && mesh->parent() ? mesh->parent()->UniqueName() : "";
+}
+
+/// The middles of the cells of a coarser grid.
+std::vector<unsigned> Swatch(const std::string& node, int pattern) {
+    constexpr int kSide = 60, kCell = kSide / SculptNode::kSwatch;
+    const std::vector<std::string> numbers =
+        RunScript(fmt::format("KelmoPatterns -q -preview {} {}", pattern, node), false).AsStrings();
+    std::vector<unsigned> swatch;
+    if (numbers.size() != kSide * kSide * 3) return swatch;
+    for (int y = kCell / 2; y < kSide; y += kCell)
+        for (int x = kCell / 2; x < kSide; x += kCell) {
+            unsigned color = 0xff000000;
+            for (unsigned c = 0; c < 3; ++c)
+                color |= static_cast<unsigned>(std::atoi(
+                             numbers[static_cast<size_t>((y * kSide + x) * 3) + c].c_str()))
+                         << 8 * c;
+            swatch.push_back(color);
+        }
+    return swatch;
 }
 
 bool IsSelected(Node& node) {
@@ -82,7 +103,9 @@ void SculptNode::Find() {
         node_ = *selected;
     else if (!exists())
         node_ = nodes.empty() ? nullptr : nodes.front();
-    if (node_ != before) ReadLevels();
+    if (node_ == before) return;
+    ReadLevels();
+    ReadPatterns();
 }
 
 std::string SculptNode::mesh() const {
@@ -144,6 +167,30 @@ void SculptNode::ReadLevels() {
     active_ = Run(91);
     for (int level = 0; level < count; ++level)
         levels_.push_back({Run(94, level), Run(95, level), Run(93, level) == 1});
+}
+
+void SculptNode::ReadPatterns() {
+    patterns_.clear();
+    activePattern_ = -1;
+    if (!exists()) return;
+    for (const std::string& called :
+         RunScript("KelmoPatterns -q -names " + name(), false).AsStrings())
+        patterns_.push_back({called, Swatch(name(), static_cast<int>(patterns_.size()))});
+    activePattern_ = Run(83);
+}
+
+void SculptNode::HitPattern(int index) {
+    Run(82, index);
+    activePattern_ = Run(83);
+}
+
+void SculptNode::AddPattern(const std::string& file) {
+    bool good = false;
+    const minihost::Value added =
+        RunScript("KelmoPatterns -add " + ScriptText(file) + " " + name(), false, &good);
+    if (!good) return;
+    Run(81, added.AsInt());
+    ReadPatterns();
 }
 
 }  // namespace kelmo

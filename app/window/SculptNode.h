@@ -47,6 +47,24 @@ class SculptNode {
     /// The array that has the strength of brushes.
     const char* strength() const { return affects() == 0 ? "paintPressMult" : "vertColorStrength"; }
 
+    /// A pattern as the window shows it.
+    struct Pattern {
+        std::string name;
+        /// Its small picture: kSwatch a side from the top, packed as Dear ImGui has colours; empty
+        /// for one without a picture.
+        std::vector<unsigned> swatch;
+    };
+    static constexpr int kSwatch = 20;
+    /// Reads the patterns, the first time from their lists; as ReadLevels.
+    void ReadPatterns();
+    const std::vector<Pattern>& patterns() const { return patterns_; }
+    /// -1 for none.
+    int activePattern() const { return activePattern_; }
+    /// Makes one active, or where it is, none.
+    void HitPattern(int index);
+    /// Appends one of an image file and makes it active.
+    void AddPattern(const std::string& file);
+
     /// Reads the levels; not to be called while drawing, since it writes to the node.
     void ReadLevels();
     const std::vector<Level>& levels() const { return levels_; }
@@ -58,6 +76,8 @@ class SculptNode {
     minihost::NodePtr node_;
     std::vector<Level> levels_;
     int active_ = 0;
+    std::vector<Pattern> patterns_;
+    int activePattern_ = -1;
 };
 
 /// Runs a script; what it answers. Errors go to the host's output. `keep` false: the undo queue
