@@ -138,6 +138,24 @@ def workers(runs):
     )
 
 
+def patterns(runs):
+    groups = {}
+    for laid, triangles, verts in runs.arguments("BM_PatternStroke"):
+        groups.setdefault(laid, []).append((laid, triangles, verts))
+    rows = []
+    for group in groups.values():
+        cells = [" / ".join(number(runs.median("BM_PatternStroke", a, part)) for a in group)
+                 for part in ("prepare_ms", "press_us", "step_us")]
+        rows.append([runs.label("BM_PatternStroke", group[0]), *cells])
+    if rows:
+        yield section(
+            "Brush Pull with a pattern, 2,000 vertices under the brush",
+            "BM_PatternStroke",
+            "One worker, warm, 60 k / 600 k triangles. Chosen: what is made of the whole surface when the pattern is.\n",
+            table(["pattern", "chosen, ms", "press, µs", "step, µs"], rows),
+        )
+
+
 def colours(runs):
     groups = {}
     for mode, affect, triangles, verts in runs.arguments("BM_ColourStroke"):
@@ -558,7 +576,7 @@ def main():
     try:
         with open(options.results, encoding="utf-8") as file:
             runs = Runs(json.load(file))
-        makers = [strokes, parts, workers, colours, journal, tree, obj, opening, levels, targets, records, host_frames, tool, recalculation, display, graph, scenes, scripts]
+        makers = [strokes, parts, workers, colours, patterns, journal, tree, obj, opening, levels, targets, records, host_frames, tool, recalculation, display, graph, scenes, scripts]
         tables = "\n".join([machine(runs), *(block for maker in makers for block in maker(runs))])
         print(tables)
         if options.write:

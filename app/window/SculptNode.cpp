@@ -39,25 +39,26 @@ std::string MeshOf(Node& node) {
     return mesh && mesh->parent() ? mesh->parent()->UniqueName() : "";
 }
 
-/// The middles of the cells of a coarser grid.
+/// The means of the cells of a coarser grid.
 std::vector<unsigned> Swatch(const std::string& node, int pattern) {
     constexpr int kSide = 60, kCell = kSide / SculptNode::kSwatch;
     const std::vector<std::string> numbers =
         RunScript(fmt::format("KelmoPatterns -q -preview {} {}", pattern, node), false).AsStrings();
     std::vector<unsigned> swatch;
     if (numbers.size() != kSide * kSide * 3) return swatch;
-    for (int y = kCell / 2; y < kSide; y += kCell)
-        for (int x = kCell / 2; x < kSide; x += kCell) {
-            unsigned color = 0xff000000;
-            for (unsigned c = 0; c < 3; ++c)
-                color |= static_cast<unsigned>(std::atoi(
-                             numbers[static_cast<size_t>((y * kSide + x) * 3) + c].c_str()))
-                         << 8 * c;
-            swatch.push_back(color);
-        }
+    const auto mean = [&](int x, int y, int channel) {
+        int sum = 0;
+        for (int row = y; row < y + kCell; ++row)
+            for (int column = x; column < x + kCell; ++column)
+                sum += std::atoi(
+                    numbers[static_cast<size_t>((row * kSide + column) * 3 + channel)].c_str());
+        return static_cast<unsigned>(std::clamp(sum / (kCell * kCell), 0, 255));
+    };
+    for (int y = 0; y < kSide; y += kCell)
+        for (int x = 0; x < kSide; x += kCell)
+            swatch.push_back(0xff000000 | mean(x, y, 2) << 16 | mean(x, y, 1) << 8 | mean(x, y, 0));
     return swatch;
 }
-
 bool IsSelected(Node& node) {
     const DagNode* mesh = FedBy(node);
     return std::ranges::any_of(Host::Get().scene.selection, [&](const auto& item) {

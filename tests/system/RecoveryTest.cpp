@@ -103,6 +103,20 @@ TEST_F(Recovery, FiftyKillsAtAnyMomentLoseNoStrokeThatWasFinished) {
     printf("of the strokes in progress %d were kept\n", partial);
 }
 
+TEST_F(Recovery, StrokesWithAPatternAreKeptToo) {
+    Start({head_});
+    StrokeOf(0);
+    ClickPattern();
+    for (int i = 1; i < 3; ++i) StrokeOf(i);
+    const PolyMesh stamped = Export();
+    ClickPattern();
+    StrokeOf(3);
+    const PolyMesh sculpted = Export();
+    ASSERT_GT(Distance(stamped, sculpted), 1e-3);
+    Kill();
+    EXPECT_LT(Distance(Recovered(), sculpted), 1e-5);
+}
+
 TEST_F(Recovery, TheNextStartOffersItBack) {
     Start({head_});
     for (int i = 0; i < 3; ++i) StrokeOf(i);

@@ -25,6 +25,8 @@
 namespace kelmo_tests {
 
 inline constexpr int kWindowWidth = 900, kWindowHeight = 700;
+/// The third pattern of the list, in the left dock.
+inline constexpr int kPatternX = 118, kPatternY = 614;
 /// The view, between the docks and the bars.
 inline constexpr int kViewLeft = 256, kViewRight = 644, kViewTop = 27, kViewBottom = 675;
 
@@ -116,6 +118,14 @@ class WindowFixture : public testing::Test {
         for (int i = 1; i <= points; ++i)
             To(x0 + (x1 - x0) * i / points, y0 + (y1 - y0) * i / points);
         Button(button, false);
+        Rest();
+    }
+    /// Takes it up, or gives it up.
+    void ClickPattern() {
+        To(kPatternX, kPatternY);
+        Button(1, true);
+        Rest();
+        Button(1, false);
         Rest();
     }
     /// A stroke over the middle of the view.

@@ -276,6 +276,26 @@ TEST_F(KelmoWindow, PaintsColours) {
     EXPECT_EQ(Moved(before, Export()), 0) << "paint moves nothing";
 }
 
+TEST_F(KelmoWindow, PatternsShapeStrokesUntilTheyAreGivenUp) {
+    Start({head_});
+    for (int i = 0; i < 2; ++i) PressWith({XK_Control_L}, XK_l);
+    const PolyMesh before = Export();
+    Stroke();
+    const PolyMesh plain = Export();
+    PressWith({XK_Control_L}, XK_z);
+    ClickPattern();
+    Stroke();
+    const PolyMesh stamped = Export();
+    EXPECT_GT(Moved(before, stamped), 200);
+    EXPECT_GT(Farthest(plain, stamped), 1e-3);
+    EXPECT_GT(Roughness(stamped), Roughness(plain) * 1.02);
+    PressWith({XK_Control_L}, XK_z);
+    EXPECT_EQ(Moved(before, Export()), 0);
+    ClickPattern();
+    Stroke();
+    EXPECT_LT(Farthest(plain, Export()), 1e-4);
+}
+
 TEST_F(KelmoWindow, BrushesKeepToWhatIsSelected) {
     Start({head_});
     const PolyMesh before = Export();
