@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <fstream>
 #include <random>
 
 // Pictures of plain scenes, cameras, and where the world is in a view.
@@ -100,6 +101,24 @@ TEST_F(ViewTest, PlacesGoToTheWorldAndBack) {
         ASSERT_TRUE(view.getCamera(camera));
         EXPECT_EQ(camera.partialPathName(), MString(name) + "Shape");
     }
+}
+
+TEST(MImage, AnXPixmapHasTheColoursFromTheTop) {
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("icon-" + std::to_string(getpid()))).string();
+    unsigned char pixels[] = {255, 0, 0, 255, 0,   255, 0, 255,  // the row at the bottom
+                              0,   0, 9, 255, 255, 0,   0, 255};
+    MImage image;
+    ASSERT_EQ(image.setPixels(pixels, 2, 2), MS::kSuccess);
+    EXPECT_EQ(image.depth(), 4u);
+    ASSERT_EQ(image.writeToFile(path.c_str(), "xpm"), MS::kSuccess);
+    std::ifstream in(path + ".xpm");
+    const std::string text(std::istreambuf_iterator<char>(in), {});
+    EXPECT_EQ(text,
+              "/* XPM */\nstatic char* swatch[] = {\n\"2 2 3 3\",\n\"### c #000009\",\n"
+              "\"$## c #FF0000\",\n\"%## c #00FF00\",\n\"###$##\",\n\"$##%##\"};\n");
+    std::filesystem::remove(path + ".xpm");
+    EXPECT_NE(image.writeToFile("/nowhere/icon.xpm", "xpm"), MS::kSuccess);
 }
 
 TEST_F(ViewTest, PicturesAreWrittenWholeAndErrorsAreClear) {
