@@ -39,6 +39,9 @@ class TextureTest : public ModuleFixture {
     /// Polygons with a node "k" on their way, shown by a transform "shape".
     void Take(const std::string& obj) {
         Must("file -import \"" + obj + "\"");
+        AddNode();
+    }
+    void AddNode() {
         Must(
             "{ string $all[] = `ls -type mesh`; string $up[] = `listRelatives -parent $all[0]`;"
             "rename $up[0] shape; $all = `ls -type mesh`;"
@@ -80,7 +83,7 @@ TEST_F(TextureTest, WithoutADriverMaterialsAreThereAllTheSame) {
     host.views.Enable();
 }
 
-TEST_F(TextureTest, WhichUVSetATextureLiesInIsTheChoosers) {
+TEST_F(TextureTest, WhetherAllShadersHaveAMapIsAskedByChannel) {
     TakeSquares(Image("one.png", {{1, 2, 3}}), "");
     EXPECT_EQ(Run("Kelmo -node k -query -hasallmaps"), "0");
     Must("setAttr k.texChannel 2");
@@ -302,6 +305,42 @@ TEST_F(MapPictures, AnImageThatIsRepeatedIsSeenSo) {
             EXPECT_TRUE(Near(At(picture, x + 0.13, y), Shown(kGreen), 12)) << x << " " << y;
             EXPECT_TRUE(Near(At(picture, x, y - 0.25), Shown(kBlue), 12)) << x << " " << y;
         }
+}
+
+TEST_F(MapPictures, AChooserSaysWhichUVSetATextureLiesIn) {
+    File("one.mtl",
+         "newmtl one\nmap_Kd " + Image("quarters.png", {kRed, kGreen, kBlue, kWhite}) + "\n");
+    Must("file -import \"" +
+         File("one.obj",
+              "mtllib one.mtl\nv -2 -1 0\nv 2 -1 0\nv 2 1 0\nv -2 1 0\nvt 0 0\nvt 1 0\nvt 1 1\n"
+              "vt 0 1\nusemtl one\nf 1/1 2/2 3/3 4/4\n") +
+         "\"");
+    const minihost::NodePtr shape = host.scene.NodesOfType("mesh")[0];
+    {
+        // The other set has the image upside down.
+        MFnMesh mesh{MObject(shape)};
+        const MString other = "other";
+        ASSERT_TRUE(mesh.createUVSetWithName(other));
+        const float us[] = {0, 1, 1, 0}, vs[] = {1, 1, 0, 0};
+        const int count[] = {4}, corners[] = {0, 1, 2, 3};
+        ASSERT_TRUE(mesh.setUVs(MFloatArray(us, 4), MFloatArray(vs, 4), &other));
+        ASSERT_TRUE(mesh.assignUVs(MIntArray(count, 1), MIntArray(corners, 4), &other));
+    }
+    AddNode();
+    minihost::Modifier edits(host.scene);
+    const auto chooser = edits.Create("uvChooser");
+    ASSERT_TRUE(edits.Connect(shape->FindPlug("uvSet").Element(1).Child(0),
+                              chooser->FindPlug("uvSets").Element(0)));
+    ASSERT_TRUE(edits.Connect(chooser->FindPlug("outUv"),
+                              host.scene.NodesOfType("place2dTexture")[0]->FindPlug("uvCoord")));
+    Do(0);
+    ShowTextures();
+    Picture picture = Draw();
+    EXPECT_TRUE(Near(At(picture, 0.1, 0.1), Shown(kRed)));
+    EXPECT_TRUE(Near(At(picture, 0.1, 0.9), Shown(kBlue)));
+    edits.Delete(chooser);
+    Do(238);
+    EXPECT_TRUE(Near(At(Draw(), 0.1, 0.9), Shown(kRed)));
 }
 
 TEST_F(MapPictures, WhatCanNotBeHadLeavesThePlainSurface) {
