@@ -2,6 +2,9 @@
 
 // Every public header of the core.
 
+#include "core/anim/LControlCollection.h"
+#include "core/anim/LMorphControl2.h"
+#include "core/anim/LMorphKey.h"
 #include "core/display/LDisplayCache.h"
 #include "core/io/AtomicFile.h"
 #include "core/io/BlindRecord.h"

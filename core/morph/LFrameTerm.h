@@ -32,6 +32,8 @@ class LFrameTerm {
   public:
     virtual ~LFrameTerm() = default;
 
+    /// Whether it may add something at some time.
+    virtual bool Plays() const { return true; }
     /// Adds to a delta, in tangent space, the vertices of `frame.levels` levels.
     virtual void AddTo(LSubdivMesh& delta, LFrame& frame) = 0;
     /// Has the targets that it would add at a time traversed.

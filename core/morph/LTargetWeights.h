@@ -21,6 +21,7 @@ class LTargetWeights : public LFrameTerm {
     void Set(const std::string& name, float weight);
     void Clear() { weights_.clear(); }
 
+    bool Plays() const override { return !weights_.empty(); }
     void AddTo(LSubdivMesh& delta, LFrame& frame) override;
     void Tag(int time, VertTagClallback& tag) const override;
 

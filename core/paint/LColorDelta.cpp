@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <tuple>
+#include <utility>
 
+#include "core/anim/LControlCollection.h"
 #include "core/morph/LMorphTarget.h"
 #include "core/paint/LevelValues.h"
 #include "core/sculpt/LNode.h"
@@ -276,8 +279,7 @@ bool LColorDelta::SetIncomingColors(std::span<const LColor> colors) try {
 
 void LColorDelta::ColorsReplaced(bool zero) {
     zero_ = zero;
-    valid0_ = INT_MAX;
-    valid1_ = INT_MIN;
+    Invalidate();
     levelchanged_ = false;
     Remember();
 }
@@ -337,20 +339,40 @@ void LColorDelta::StencilToColor() {
     ColorsReplaced(false);
 }
 
-void LColorDelta::EvalDelta(int, int level, bool, bool) {
+void LColorDelta::EvalDelta(int time, int level, bool, bool fullEval) {
     const LMorphTarget* neutral = owner_ ? owner_->GetNeutral() : nullptr;
     if (!neutral || !neutral->HasRGBA()) return;
+    const bool valid = !fullEval && time >= valid0_ && time <= valid1_;
+    const std::pair kept(valid0_, valid1_);
     FlushUndo();
     ClearDelta();
     const int levels = GetNumSubdivLevels();
     const int count = GetNumVerts(level < 0 || level >= levels ? -2 : level);
-    for (int v = 0; v < count; ++v)
-        if (LAColor color; neutral->MorphColor(v, color)) SetDeltaByAbsIdx(v, color);
+    neutral->colors().AddTo(paints_.data(), count, 1);
     zero_ = false;
+    if (valid)
+        std::tie(valid0_, valid1_) = kept;
+    else
+        AddTracks(time, fullEval, count);
     Remember();
-    // Nothing else drives colours: what is there holds for all time.
-    valid0_ = INT_MIN;
-    valid1_ = INT_MAX;
+}
+
+/// Adds what the tracks show at a time to the first `count` vertices, and notes for how long.
+void LColorDelta::AddTracks(int time, bool smooth, int count) {
+    LFrame frame{.time = time, .interpolate = smooth};
+    bool added = false;
+    const auto add = [&](int target, float weight) {
+        const LMorphTarget* shown = weight == 0 ? nullptr : owner_->GetMorph(target);
+        if (!shown || !shown->HasRGBA()) return;
+        shown->colors().AddTo(paints_.data(), count, weight);
+        added = true;
+    };
+    if (const LControlCollection* tracks = owner_->GetAnimControls()) tracks->ForShares(frame, add);
+    // Weights go below 0 and above 1 on the way from key to key.
+    if (added)
+        for (LAColor& paint : std::span(paints_.data(), count)) paint.ClampMinMax();
+    valid0_ = frame.valid0;
+    valid1_ = frame.valid1;
 }
 
 // Strokes.

@@ -181,14 +181,19 @@ class LColorDelta {
 
     // Evaluation.
 
-    /// The colours of a frame up to a level (-1: all): those of the owner's neutral, at any time,
-    /// and whatever is asked of groups and of evaluating in full. Nothing when it has none, so that
-    /// paint stays.
+    /// The colours of a frame up to a level (-1: all): those of the owner's neutral and what its
+    /// tracks add. Nothing when the neutral has none, so that paint stays. Unless `fullEval`,
+    /// tracks hold between keys, and are left out while `time` (in ticks) is between valid0 and
+    /// valid1. Groups have no keys, whatever is asked of them.
     void EvalDelta(int time, int level, bool skipGroups, bool fullEval);
     /// The time for which the last evaluation stays right, ends included; nothing when valid0 is
     /// above valid1.
     int valid0() const { return valid0_; }
     int valid1() const { return valid1_; }
+    void Invalidate() {
+        valid0_ = INT_MAX;
+        valid1_ = INT_MIN;
+    }
 
     // Strokes and their undo.
 
@@ -267,6 +272,7 @@ class LColorDelta {
     bool Allocate(size_t count);
     /// After a change of all colours.
     void ColorsReplaced(bool zero);
+    void AddTracks(int time, bool smooth, int count);
     void Remember();
     void RememberStencils();
     Changes CarryUp();

@@ -5,6 +5,7 @@
 #include <climits>
 #include <new>
 
+#include "core/anim/LControlCollection.h"
 #include "core/io/SystemMemory.h"
 #include "core/morph/LMeshBases.h"
 #include "core/paint/LPatternCollection.h"
@@ -111,6 +112,7 @@ void LNode::Reset() {
     lneutralBackup_.reset();
     neutralbases_.reset();
     keptDelta_ = {};
+    if (lcontrols_) lcontrols_->RemoveAll();
     clearMorphs();
 }
 

@@ -28,6 +28,7 @@
 
 namespace VantrelSDK {
 
+class LControlCollection;
 class LDynMask;
 class LFrameTerm;
 class LMeshBasesUV2;
@@ -208,6 +209,14 @@ class LNode : public LTargetLists {
     /// What a frame adds up over the neutral, in this order; borrowed.
     const std::vector<LFrameTerm*>& frameTerms() const { return frameTerms_; }
     void AddFrameTerm(LFrameTerm* term) { frameTerms_.push_back(term); }
+    /// Some term may add something at some time; else frames leave the delta as it was sculpted.
+    bool PlaysFrames() const;
+    /// The tracks, which are the first of the terms; null on a node that never had any.
+    LControlCollection* GetAnimControls() const { return lcontrols_.get(); }
+    /// The same, made when there are none.
+    LControlCollection& NeedAnimControls();
+    /// What the delta and the colours show of a time is right no more.
+    void Invalidate();
     /// Bracket the blending of a group, which then owns the delta.
     void InitGroupBlend();
     void FinishGroupBlend();
@@ -321,6 +330,8 @@ class LNode : public LTargetLists {
     void setLevelDisplayCache();
     /// A display cache for a level of this node. A node that is drawn makes one that draws.
     virtual std::unique_ptr<LDisplayCache> MakeDisplayCache();
+    /// A collection for the tracks of this node. A host's node makes one that knows the host.
+    virtual std::unique_ptr<LControlCollection> MakeAnimControls();
     /// lmeshCache = the surface of the active level as it is.
     void fillSculptCache();
     /// The same for what the running stroke has touched.
@@ -621,6 +632,7 @@ class LNode : public LTargetLists {
     std::unique_ptr<LMeshBasesUV2> neutralbases_;
     std::unique_ptr<LMesh> lneutralBackup_;
     KeptDelta keptDelta_;
+    std::unique_ptr<LControlCollection> lcontrols_;
     std::vector<LFrameTerm*> frameTerms_;
     int ltime_ = 0, blendIndex_ = 0;
     bool lblend_ = false;

@@ -1,5 +1,7 @@
+#include <algorithm>
 #include <cstdlib>
 
+#include "core/anim/LControlCollection.h"
 #include "core/morph/LMeshBases.h"
 #include "core/morph/SkinFrames.h"
 #include "core/sculpt/LNode.h"
@@ -15,6 +17,27 @@ bool LNode::SetTime(int ticks, int levels) {
     if (lcolorDelta_) lcolorDelta_->EvalDelta(ticks, -1, true, true);
     ReopenSession();
     return true;
+}
+
+bool LNode::PlaysFrames() const {
+    return std::ranges::any_of(frameTerms_, [](const LFrameTerm* term) { return term->Plays(); });
+}
+
+LControlCollection& LNode::NeedAnimControls() {
+    if (!lcontrols_) {
+        lcontrols_ = MakeAnimControls();
+        frameTerms_.insert(frameTerms_.begin(), lcontrols_.get());
+    }
+    return *lcontrols_;
+}
+
+std::unique_ptr<LControlCollection> LNode::MakeAnimControls() {
+    return std::make_unique<LControlCollection>(*this);
+}
+
+void LNode::Invalidate() {
+    if (lcurMorph_) lcurMorph_->Invalidate();
+    if (lcolorDelta_) lcolorDelta_->Invalidate();
 }
 
 void LNode::InitGroupBlend() {

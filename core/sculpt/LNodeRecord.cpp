@@ -2,6 +2,7 @@
 
 #include <fmt/core.h>
 
+#include "core/anim/LControlCollection.h"
 #include "core/io/BlindRecord.h"
 #include "core/morph/LMeshBases.h"
 #include "core/sculpt/LNode.h"
@@ -16,13 +17,16 @@ enum Tag : unsigned short {
     kNode = 257,
     kStdTarget = 258,
     kExtTarget = 259,
+    kOldTracks = 260,
     kGroup = 261,
     kDelta = 263,
     kObject = 266,
     kColorDelta = 268,
     kPose = 269,
+    kOldPoseTracks = 270,
     kNeutralBackup = 272,
     kFlexor = 273,
+    kTracks = 274,
     kNeutral = 275,
     kMixTargets = 277,
     kNeutralLimit = 279,
@@ -62,6 +66,9 @@ constexpr Texts kTexts[] = {
     {kGroup, "MLNode: can not start to write morph groupchunk\n",
      "MLNode: can not write morph groupchunk\n",
      "MLNode: can not finish to write morph groupchunk\n"},
+    {kTracks, "MLNode: can not begin to write anim contrller collectin chunk.",
+     "MLNode: can not write anim contrller collection chunk.",
+     "MLNode: can not finish to write anim contrller collection chunk."},
     {kDelta, "MLNode: can not start to write delta chunk\n", "MLNode: can not write delta \n",
      "MLNode: can not finish to write delta chunk\n"},
     {kColorDelta, "MLNode: can not start to write color delta chunk\n",
@@ -91,6 +98,8 @@ constexpr Wrapper kMeshObject{1574, 1575}, kUVChannel{1568, 1569}, kMorphTarget{
 constexpr unsigned short kChannels = 1576, kChannelName = 1570;
 /// Blocks before this version have the mesh object's record without its wrapper.
 constexpr int kWrappedObjectSince = 3;
+/// Blocks before this version count the neutral among the targets of keys.
+constexpr int kNeutralApartSince = 7;
 
 template <class T>
 int WriteWrapped(LBlindData* stream, const Wrapper& wrapper, const T& object) {
@@ -200,6 +209,8 @@ bool LNodeRecord::PutTargets() {
     for (int i = 0; i < node_.GetNumMorphs(); ++i)
         put(i < node_.GetNumStdMorphs() ? kStdTarget : kExtTarget, kMorphTarget,
             *node_.GetMorph(i));
+    if (const LControlCollection* tracks = node_.GetAnimControls())
+        Put(kTracks, [&] { return tracks->WriteTo(stream_); });
     for (int i = 0; i < node_.GetNumGroups(); ++i)
         put(kGroup, kMorphGroup, *node_.GetMorphGroup(i));
     if (node_.GetDelta()) Put(kDelta, [&] { return node_.GetDelta()->WriteTo(stream_); });
@@ -227,6 +238,8 @@ int LNodeRecord::ReadFrom(LBlindData* stream) try {
     node_.deleteAllLevelTrees();
     const int level0nv = node_.GetLevel0Size();
     ClearTargets();
+    if (node_.GetAnimControls()) node_.GetAnimControls()->RemoveAll();
+    hasTracks_ = false;
     node_.SetLevel0Size(level0nv);
     const unsigned short depth = stream->GetDepth();
     for (bool first = true; first || stream->GetDepth() != depth; first = false) {
@@ -243,6 +256,8 @@ int LNodeRecord::ReadFrom(LBlindData* stream) try {
         code = stream->EndReadChunk();
         if (code != 0) return Failed(code, "MLNode: can not finish to read chunk\n");
     }
+    if (stream->GetReadVersion() < kNeutralApartSince && node_.GetAnimControls())
+        node_.GetAnimControls()->LowerTargets();
     if (node_.GetNeutral()) return 0;
     node_.SetNeutral(std::make_unique<LFlexorTarget>(&node_, "NEUTRAL", node_.GetLevel0Size()));
     return 0;
@@ -303,6 +318,13 @@ int LNodeRecord::ReadChunk(unsigned short tag) {
             return node_.lcolorDelta()->ReadFrom(stream_);
         case kMixTargets:
             return ReadMixTargets();
+        case kTracks:
+            hasTracks_ = true;
+            return node_.NeedAnimControls().ReadFrom(stream_);
+        case kOldTracks:
+            return ReadOldTracks(LMorphControl2::kPhoneme);
+        case kOldPoseTracks:
+            return ReadOldTracks(LMorphControl2::kPoses);
         default:
             return 0;
     }
@@ -346,6 +368,13 @@ int LNodeRecord::ReadGroup() {
     auto group = std::make_unique<LMorphGroup>(&node_, "", node_.GetLevel0Size());
     if (const int code = ReadWrapped(stream_, kMorphGroup, *group)) return code;
     return node_.AddMorphGroup(std::move(group)) ? 0 : int{LBlindData::kBadRecord};
+}
+
+/// What was kept beside tracks of the present form is what they were made of.
+int LNodeRecord::ReadOldTracks(int type) {
+    if (!hasTracks_) return node_.NeedAnimControls().ImportTracks(stream_, type);
+    LControlCollection passed(node_);
+    return passed.ImportTracks(stream_, type);
 }
 
 int LNodeRecord::ReadMixTargets() {

@@ -15,8 +15,8 @@ class LNode;
 int GetKelmoVersionInt();
 std::string GetKelmoVersionString(int version = GetKelmoVersionInt());
 
-/// The state of a node as a record: object with UV channels, neutral, targets of all lists, groups,
-/// delta and colour delta. Settings and what a session makes are not in it.
+/// The state of a node as a record: object with UV channels, neutral, targets of all lists,
+/// tracks, groups, delta and colour delta. Settings and what a session makes are not in it.
 class LNodeRecord {
   public:
     /// Makes an object that belongs to the node, for a node that has none.
@@ -46,12 +46,14 @@ class LNodeRecord {
     int ReadFrames(std::unique_ptr<LMeshBasesUV2>& frames);
     int ReadGroup();
     int ReadMixTargets();
+    int ReadOldTracks(int type);
     int Failed(int code, const char* text);
 
     LNode& node_;
     ObjectMaker makeObject_;
     LBlindData* stream_ = nullptr;
     int code_ = 0;
+    bool hasTracks_ = false;
     std::string message_;
 };
 

@@ -6,6 +6,7 @@
 #include <random>
 #include <string>
 
+#include "core/anim/LControlCollection.h"
 #include "core/io/BlindRecord.h"
 #include "core/mesh/Triangulation.h"
 #include "core/sculpt/LHeadlessNode.h"
@@ -115,6 +116,20 @@ inline void FillNode(LHeadlessNode& node, unsigned seed) {
     Fill(*mix, node, seed + 5);
     mix->SetShow(false);
     node.AddMixTarget(std::move(mix));
+    LControlCollection& tracks = node.NeedAnimControls();
+    tracks.RemoveAll();
+    for (int i = 0; i < 2; ++i) {
+        auto track = tracks.createNewControl();
+        track->SetType(LMorphControl2::kPhoneme + i);
+        track->SetName("track " + std::to_string(seed + i));
+        track->Enable(i == 0);
+        track->SetJointsOn(i == 1);
+        // Two of one time stand as they were added.
+        for (const int time : {8000, 500, 8000, -40})
+            track->AddKey({.id = time / 1000, .time = time, .weightIn = 0.5f, .weightOut = 2});
+        tracks.AddMorphCtrl(std::move(track));
+    }
+    tracks.SetActive(1);
 }
 
 }  // namespace VantrelSDK::blocks

@@ -62,6 +62,19 @@ void ExpectSameColours(const LColorDelta& a, const LColorDelta& b) {
     }
 }
 
+void ExpectSameTracks(const LControlCollection& a, const LControlCollection& b) {
+    ASSERT_EQ(a.NumMorphCtrls(), b.NumMorphCtrls());
+    for (int i = 0; i < a.NumMorphCtrls(); ++i) {
+        const LMorphControl2 &ofA = *a.GetMorphCtrl(i), &ofB = *b.GetMorphCtrl(i);
+        EXPECT_EQ(ofA.GetName(), ofB.GetName());
+        EXPECT_EQ(ofA.GetType(), ofB.GetType());
+        EXPECT_EQ(ofA.IsActive(), ofB.IsActive());
+        EXPECT_EQ(ofA.IsEnabled(), ofB.IsEnabled());
+        EXPECT_EQ(ofA.GetJointsOn(), ofB.GetJointsOn());
+        EXPECT_TRUE(std::ranges::equal(ofA.Keys(), ofB.Keys()));
+    }
+}
+
 void ExpectSameNode(const LHeadlessNode& a, const LHeadlessNode& b) {
     ExpectSameMesh(*a.lobject()->GetOrigGeom(), *b.lobject()->GetOrigGeom());
     ExpectSameMesh(*a.GetDelta()->GetOrigMesh(), *b.GetDelta()->GetOrigMesh());
@@ -74,6 +87,8 @@ void ExpectSameNode(const LHeadlessNode& a, const LHeadlessNode& b) {
     const auto targetsOfA = a.AllTargets(), targetsOfB = b.AllTargets();
     ASSERT_EQ(targetsOfA.size(), targetsOfB.size());
     for (size_t i = 0; i < targetsOfA.size(); ++i) ExpectSameTarget(*targetsOfA[i], *targetsOfB[i]);
+    ASSERT_TRUE(a.GetAnimControls() && b.GetAnimControls());
+    ExpectSameTracks(*a.GetAnimControls(), *b.GetAnimControls());
 }
 
 /// What was read holds each level's topology once, and makes its levels from a new base as the
@@ -232,6 +247,68 @@ TEST(NodeRecord, ColoursThatAreLeftOutOrNoneOfTheirRange) {
               }),
               0);
     EXPECT_EQ(colours.GetStencil(1), 0.5f) << "a failed reading leaves the layer as it was";
+}
+
+TEST(NodeRecord, TracksOfOlderVersionsComeIn) {
+    const auto node = NodeOf(shapes::Cube(), "");
+    FillNode(*node, 4);
+    // Targets were counted with the neutral.
+    std::string bytes = NodeBlock(*node);
+    const auto other = NodeOf(shapes::Cube(), "");
+    bytes[2] = '6';
+    ASSERT_EQ(ReadNode(bytes, *other), 0);
+    const LControlCollection& tracks = *other->GetAnimControls();
+    for (int i = 0; i < 2; ++i)
+        for (int k = 0; k < 4; ++k)
+            EXPECT_EQ(tracks.GetMorphCtrl(i)->Keys()[k].id,
+                      node->GetAnimControls()->GetMorphCtrl(i)->Keys()[k].id - (i == 0));
+
+    // A master track and what is under it.
+    const auto block = [&](bool also274) {
+        return BlockOf([&](LBlindData* stream) {
+            const auto track = [stream](int time) {
+                return RecordWriter(stream, 592)
+                    .Field(593, true)
+                    .Field(594, false)
+                    .Record(595, LMorphKey{.id = 5, .time = time + 9})
+                    .Record(595, LMorphKey{.id = 4, .time = time})
+                    .End();
+            };
+            const auto sub = [&](int time, const char* name) {
+                RecordWriter record(stream, 656);
+                record.Chunk(657, [&] { return track(time); });
+                if (name) record.Text(658, name);
+                return record.End();
+            };
+            RecordWriter record(stream, 257);
+            if (also274) record.Record(274, *node->GetAnimControls());
+            record.Chunk(260, [&] {
+                return RecordWriter(stream, 624)
+                    .Chunk(625, [&] { return track(1); })
+                    .Chunk(626, [&] { return sub(2, "brows"); })
+                    .Chunk(626, [&] { return sub(3, nullptr); })
+                    .End();
+            });
+            record.Chunk(270, [&] {
+                return RecordWriter(stream, 624).Chunk(625, [&] { return track(7); }).End();
+            });
+            return record.End();
+        });
+    };
+    ASSERT_EQ(ReadNode(block(false), *other), 0);
+    ASSERT_EQ(tracks.NumMorphCtrls(), 4);
+    const char* names[] = {"Phonemes 01", "brows", "Phonemes 03", "Poses 04"};
+    const int times[] = {1, 2, 3, 7};
+    for (int i = 0; i < 4; ++i) {
+        const LMorphControl2& track = *tracks.GetMorphCtrl(i);
+        EXPECT_EQ(track.GetName(), names[i]);
+        EXPECT_EQ(track.GetType(), i < 3 ? LMorphControl2::kPhoneme : LMorphControl2::kPoses);
+        EXPECT_FALSE(track.IsEnabled());
+        ASSERT_EQ(track.NumKeys(), 2);
+        EXPECT_EQ(track.Keys()[0], (LMorphKey{.id = 4, .time = times[i]})) << "in order of time";
+    }
+    ASSERT_EQ(ReadNode(block(true), *other), 0);
+    ExpectSameTracks(*node->GetAnimControls(), tracks);
 }
 
 TEST(NodeRecord, SaysWhichStepFailed) {
