@@ -33,7 +33,8 @@ bool LStrFile::ReadWord(std::string& word) {
     while (c != EOF && std::isspace(c)) c = std::fgetc(file_.get());
     for (; c != EOF && !std::isspace(c) && word.size() <= kMaxWord; c = std::fgetc(file_.get()))
         word += static_cast<char>(c);
-    return !word.empty() && word.size() <= kMaxWord;
+    // A word that holds a zero would end there for whoever takes it as text.
+    return !word.empty() && word.size() <= kMaxWord && word.find('\0') == word.npos;
 }
 
 int LStrFile::ReadNumPatternsTag(int& count) {

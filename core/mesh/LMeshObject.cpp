@@ -36,6 +36,7 @@ void LMeshObject::FreeAll() {
     geom_.reset();
     bases_.reset();
     uvs_.clear();
+    ++uvChanges_;
     topocaches_ = std::make_unique<LTopoCaches>();
     input_ = {};
     blured_ = {};
@@ -425,12 +426,14 @@ LUVSubdivChannel* LMeshObject::GetUVChannel(int i) const {
 
 void LMeshObject::AddChannel(std::unique_ptr<LUVSubdivChannel> channel) {
     uvs_.push_back(std::move(channel));
+    ++uvChanges_;
     if (geom_ && !FollowLevels()) uvs_.pop_back();
     UpdateBases();
 }
 
 void LMeshObject::ClearUVChannels() {
     uvs_.clear();
+    ++uvChanges_;
     UpdateBases();
 }
 

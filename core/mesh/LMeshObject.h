@@ -117,6 +117,8 @@ class LMeshObject {
     /// out of range.
     int GetNumUVChannels() const { return static_cast<int>(uvs_.size()); }
     LUVSubdivChannel* GetUVChannel(int i) const;
+    /// Grows whenever there are others.
+    unsigned NumUVChanges() const { return uvChanges_; }
     /// Gives the channel the levels that there are. Without memory for them it isn't taken.
     void AddChannel(std::unique_ptr<LUVSubdivChannel> channel);
     void ClearUVChannels();
@@ -212,6 +214,7 @@ class LMeshObject {
     bool hasSelection_ = false, hasHidden_ = false, hasmtlids_ = false, vertsSelected_ = false;
     std::vector<LPoint3> input_, blured_;
     std::vector<std::unique_ptr<LUVSubdivChannel>> uvs_;
+    unsigned uvChanges_ = 0;
     std::unique_ptr<LTopoCaches> topocaches_;
     std::unique_ptr<LMeshBasesUV2> bases_;
 };

@@ -7,6 +7,12 @@ namespace VantrelSDK {
 
 namespace {
 
+/// No two states of any patterns have the same.
+unsigned NextRevision() {
+    static std::atomic<unsigned> last = 0;
+    return ++last;
+}
+
 /// What shows through a preview: squares of ten pixels.
 int Checker(int x, int y) {
     return (x / 10 + y / 10) % 2 ? 110 : 50;
@@ -38,13 +44,13 @@ bool LPattern::SetActive(bool active) {
 void LPattern::SetProjMushWeights(std::vector<float> weights) {
     if (weights.size() != kNumProj) return;
     mushWeights_ = std::move(weights);
-    ++revision_;
+    revision_ = NextRevision();
 }
 
 void LPattern::SetProjMushColors(std::vector<LAColor> colors) {
     if (colors.size() != kNumProj) return;
     mushColors_ = std::move(colors);
-    ++revision_;
+    revision_ = NextRevision();
 }
 
 const float* LPattern::GetProjMushWeights() const {
@@ -69,13 +75,17 @@ void LPattern::freeBuffers() {
 }
 
 void LPattern::DropProjection() {
-    ++revision_;
+    revision_ = NextRevision();
+    ReleaseProjection();
+    mushWeights_ = {};
+    mushColors_ = {};
+}
+
+void LPattern::ReleaseProjection() {
     const std::lock_guard lock(projecting_);
     projected_ = false;
     projWeights_ = {};
     projColors_ = {};
-    mushWeights_ = {};
-    mushColors_ = {};
 }
 
 LAColor LPattern::ColorOf(const PatternPixels::Sample& s) const {

@@ -89,6 +89,8 @@ class LPattern {
     void MakeProjection() const {
         if (!projected_.load(std::memory_order_acquire)) Project();
     }
+    /// Gives its memory back until it is looked at again. Not while others look.
+    void ReleaseProjection();
     bool HasProjection() const { return projected_; }
 
     /// A small picture for lists: kSide x kSide, three bytes each, the first row at the bottom;
@@ -96,7 +98,7 @@ class LPattern {
     const uint8_t* GetPreviewPixels() const { return preview_.empty() ? nullptr : preview_.data(); }
     void getPreviewPixel(int x, int y, uint8_t& r, uint8_t& g, uint8_t& b) const;
 
-    /// Grows with each change of what look-ups find.
+    /// Another with each change of what look-ups find, and another than that of any other pattern.
     unsigned revision() const { return revision_; }
     /// Gives the picture up: not active any more.
     void freeBuffers();

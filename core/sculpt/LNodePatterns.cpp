@@ -29,8 +29,7 @@ StrokePattern LNode::GetStrokePattern() {
     StrokePattern stroke = FramePattern();
     const LUVSubdivChannel* channel = stroke ? GetPatternChannel() : nullptr;
     if (!channel || !lmeshCache_) return stroke;
-    lgeomidx2uv_.Update(*channel, lobject_->GetOrigGeom()->GetActiveLevel(),
-                        lmeshCache_->GetNumVerts(), lmeshCache_->Faces());
+    lgeomidx2uv_.Update(*lobject_, getPatternUVchannel());
     stroke.pattern->MakeProjection();
     stroke.lie = StrokePattern::Lie::kUVs;
     stroke.pointOf = lgeomidx2uv_.ByVertex();

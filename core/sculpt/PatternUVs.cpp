@@ -1,21 +1,26 @@
 #include "core/sculpt/PatternUVs.h"
 
-#include "core/mesh/LFace.h"
+#include "core/mesh/LMeshObject.h"
+#include "core/subdiv/LSubdivMesh.h"
 #include "core/subdiv/LUVSubdivChannel.h"
 
 namespace VantrelSDK {
 
-void PatternUVs::Update(const LUVSubdivChannel& channel, int level, int verts,
-                        std::span<const LFace> faces) {
-    const auto uvFaces = channel.LevelFaces(level);
-    if (channel_ == &channel && faces_ == uvFaces.data() && level_ == level &&
-        points_.size() == static_cast<size_t>(verts))
+void PatternUVs::Update(const LMeshObject& object, int channel) {
+    const int level = object.GetOrigGeom()->GetActiveLevel();
+    const auto verts = static_cast<size_t>(object.GetNumVerts());
+    if (channel_ == channel && level_ == level && uvChanges_ == object.NumUVChanges() &&
+        points_.size() == verts)
         return;
-    channel_ = &channel;
-    faces_ = uvFaces.data();
+    channel_ = channel;
     level_ = level;
-    points_.assign(static_cast<size_t>(verts), 0);
-    const auto numPoints = static_cast<int>(channel.AllVerts().size());
+    uvChanges_ = object.NumUVChanges();
+    points_.assign(verts, 0);
+    const LUVSubdivChannel& uvs = *object.GetUVChannel(channel);
+    const auto uvFaces = uvs.LevelFaces(level);
+    const auto topology = object.GetOrigGeom()->GetLevelTopology(static_cast<unsigned>(level));
+    const std::vector<LFace>& faces = topology->Faces();
+    const auto numPoints = static_cast<int>(uvs.AllVerts().size());
     for (size_t f = 0; f < faces.size() && f < uvFaces.size(); ++f)
         for (int k = 0; k < 3; ++k) {
             const int point = uvFaces[f].v[k];

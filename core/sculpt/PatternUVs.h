@@ -1,31 +1,27 @@
 #pragma once
 
-#include <span>
 #include <vector>
 
 #include "core/math/LPoint2.h"
 
 namespace VantrelSDK {
 
-class LUVSubdivChannel;
-struct LFace;
+class LMeshObject;
 
-/// Which point of a UV channel each vertex of a level has, for what goes by vertices. On a seam,
-/// where there are several, that of the last face; the first point where there is none.
+/// Which point of a UV channel each vertex of the active level has, for what goes by vertices. On a
+/// seam, where there are several, that of the last face; the first point where there is none.
 class PatternUVs {
   public:
-    /// Walks the faces of the level when it is another one than before, or when the channel is.
-    /// Faces name `verts` vertices. Afterwards ByVertex holds as many.
-    void Update(const LUVSubdivChannel& channel, int level, int verts,
-                std::span<const LFace> faces);
+    /// Walks the faces of the level when it is another one than before, or the channel is; one that
+    /// the object has. Afterwards ByVertex has an entry for each vertex of the level.
+    void Update(const LMeshObject& object, int channel);
     void Clear() { *this = {}; }
     const int* ByVertex() const { return points_.data(); }
 
   private:
     std::vector<int> points_;
-    const LUVSubdivChannel* channel_ = nullptr;
-    const void* faces_ = nullptr;
-    int level_ = -1;
+    int channel_ = -1, level_ = -1;
+    unsigned uvChanges_ = 0;
 };
 
 }  // namespace VantrelSDK

@@ -165,6 +165,7 @@ void MLDisplayCache::Refresh() {
     Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(), settings_.shaders && GLUse()};
     wanted.uvs = PatternUVs();
     wanted.wrap = wanted.uvs && settings_.wrapUVs;
+    if (wanted.uvs) wanted.uvChanges = owner_->lobject()->NumUVChanges();
     // Nobody selects or hides inside a stroke.
     const size_t mark = owner_ && owner_->IsStroking() ? selectionMark_ : SelectionMark();
     if (wanted.color && !useColors()) SetUseColor(true);

@@ -151,6 +151,7 @@ class MLDisplayCache : public LDisplayCache {
     struct Compiled {
         bool color = false, stencil = false, glsl = false, wrap = false;
         const LUVSubdivChannel* uvs = nullptr;
+        unsigned uvChanges = 0;
         bool operator==(const Compiled&) const = default;
     };
     struct Box {

@@ -2,6 +2,7 @@
 #include <maya/MGlobal.h>
 #include <maya/MPxNode.h>
 
+#include "core/paint/LPatternCollection.h"
 #include "host/ml/MLMeshObject.h"
 #include "host/ml/MLMorphTarget.h"
 #include "host/ml/MLNode.h"
@@ -91,6 +92,9 @@ void NodeCommands::UpdateFalloffs() {
 void NodeCommands::PreRender() {
     if (node_.IsSculpting()) MGlobal::executeCommand("setToolTo selectSuperContext");
     EndSculpt();
+    // A render has better use for the memory.
+    for (int i = 0; node_.lpatterns() && i < node_.lpatterns()->GetNumPatterns(); ++i)
+        node_.lpatterns()->GetPattern(i)->ReleaseProjection();
     OutputChanged();
 }
 

@@ -65,6 +65,7 @@ TEST(LStrFile, WhatIsNoListIsToldApart) {
     EXPECT_EQ(Codes("\t[num_patterns]\n3\r\nx [pattern] a b c d [pattern] a b c"), C({1, 3, 1, 0}))
         << "closing tags may be any word";
     EXPECT_EQ(Codes("[num_patterns] 3 x [patron] a b c d"), C({1, 3, -1}));
+    EXPECT_EQ(Codes(std::string("[num_patterns] 1 x [pattern] a\0b c d e", 38)), C({1, 1, 0}));
     const std::string longest(LStrFile::kMaxWord, 'a');
     EXPECT_EQ(Codes("[num_patterns] 1 x [pattern] " + longest + " b c d"), C({1, 1, 1, 0}));
     EXPECT_EQ(Codes("[num_patterns] 1 x [pattern] " + longest + "a b c d"), C({1, 1, 0}));
