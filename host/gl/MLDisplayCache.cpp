@@ -286,6 +286,7 @@ void MLDisplayCache::FreeGLSL() {
           static_cast<glslShader*>(&all.normalDotInvGLSL),
           static_cast<glslShader*>(&all.saaoMaskGLSL)})
         program->UnLoadShaders();
+    FreeUnusedNames();
     all.glslLoaded = false;
     FreeGLFunctionPointers();
 }

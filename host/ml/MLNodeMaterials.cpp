@@ -55,7 +55,8 @@ bool MLNode::HoldsPaint() const {
 std::unique_ptr<MLMaterialSet> MLNode::createMtlSet() {
     auto set = std::make_unique<MLMaterialSet>(WantedMtlMode(), getTexChannel(), *this);
     if (set->GetNumMaterials() > 0 || !MLMaterialSet::texLoadErrors) return set;
-    plug(&N::m_moShowTextures).setValue(false);
+    // Whoever writes the plug comes back here.
+    if (plug(&N::m_moShowTextures).asBool()) plug(&N::m_moShowTextures).setValue(false);
     return nullptr;
 }
 

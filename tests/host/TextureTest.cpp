@@ -369,6 +369,12 @@ TEST_F(MapPictures, WhatCanNotBeHadLeavesThePlainSurface) {
     picture = Draw();
     EXPECT_TRUE(Near(At(picture, 0.2, 0.5), Bare()));
     EXPECT_TRUE(Near(At(picture, 0.7, 0.5), Bare()));
+    Must("setAttr k.affectTexture 1");
+    ShowTextures();
+    EXPECT_FALSE(Plug("k", "showTextures").asBool());
+    EXPECT_EQ(Ask(240), 0);
+    for (const int command : {106, 107, 108, 215, 238, 239, 241}) Do(command);
+    EXPECT_TRUE(Near(At(Draw(), 0.2, 0.5), Bare()));
 }
 
 TEST_F(MapPictures, EditsOfMapsAndTheirStencilsAreSeen) {
