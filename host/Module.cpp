@@ -104,6 +104,7 @@ constexpr CommandRow kCommands[] = {
     {"KelmoPick", KelmoPickCmd::creator, nullptr},
     {"KelmoNeutral", MakeNodeCommand<kKelmoNeutralCmd>, MakeNodeSyntax<kKelmoNeutralCmd>},
     {"KelmoTarget", MakeNodeCommand<kKelmoTargetCmd>, MakeNodeSyntax<kKelmoTargetCmd>},
+    {"KelmoTracks", MakeNodeCommand<kKelmoTracksCmd>, MakeNodeSyntax<kKelmoTracksCmd>},
     {"KelmoMasks", MakeNodeCommand<kKelmoMasksCmd>, MakeNodeSyntax<kKelmoMasksCmd>},
     {"KelmoStroke", KelmoStrokeCmd::creator, nullptr},
     {"KelmoSubdivs", MakeNodeCommand<kKelmoSubdivsCmd>, MakeNodeSyntax<kKelmoSubdivsCmd>},
@@ -113,9 +114,10 @@ constexpr CommandRow kCommands[] = {
     {"KelmoTimes", KelmoTimesCmd::creator, nullptr},
 };
 constexpr const char* kCommandsDown[] = {
-    "KelmoVersion", "Kelmo",        "KelmoNew",    "KelmoTime",    "KelmoSetVer",   "KelmoDiag",
-    "KelmoSculpt",  "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget",   "KelmoMasks",
-    "KelmoStroke",  "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoPatterns", "KelmoTimes",
+    "KelmoVersion", "Kelmo",        "KelmoNew",      "KelmoTime",   "KelmoSetVer",
+    "KelmoDiag",    "KelmoSculpt",  "KelmoSel",      "KelmoPick",   "KelmoNeutral",
+    "KelmoTarget",  "KelmoTracks",  "KelmoMasks",    "KelmoStroke", "KelmoSubdivs",
+    "KelmoRender",  "KelmoJournal", "KelmoPatterns", "KelmoTimes",
 };
 
 /// Tells a failure by what was being done.

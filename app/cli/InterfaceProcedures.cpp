@@ -55,6 +55,8 @@ constexpr const char* kPanelProcedures[] = {
     "kelmoSetUpStencilUI",
     "KelmoInvalidateSwatchFiles",
     "UpdateCurrentAE",
+    "KelmoUpdateTrackList",
+    "KelmoMixKeysUpdate",
     "ToggleAttributeEditor",
     "release_kelmoDeleteTargetBox",
 };

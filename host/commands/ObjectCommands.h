@@ -4,9 +4,10 @@
 
 namespace VantrelSDK {
 
-// One command for each kind of object that a node holds: KelmoTarget, KelmoNeutral, KelmoMasks,
-// KelmoSubdivs.
+// One command for each kind of object that a node holds: KelmoTarget, KelmoNeutral, KelmoTracks,
+// KelmoMasks, KelmoSubdivs.
 
-extern const NodeCommandTable kKelmoTargetCmd, kKelmoNeutralCmd, kKelmoMasksCmd, kKelmoSubdivsCmd;
+extern const NodeCommandTable kKelmoTargetCmd, kKelmoNeutralCmd, kKelmoTracksCmd, kKelmoMasksCmd,
+    kKelmoSubdivsCmd;
 
 }  // namespace VantrelSDK

@@ -10,6 +10,7 @@
 #include <maya/MSelectionList.h>
 
 #include <algorithm>
+#include <climits>
 #include <set>
 #include <utility>
 
@@ -21,9 +22,11 @@
 #include "host/ml/MLMaterialSet.h"
 #include "host/ml/MLMesh.h"
 #include "host/ml/MLMeshObject.h"
+#include "host/ml/MLMorphKey.h"
 #include "host/ml/MLPatternCollection.h"
 #include "host/ml/MLProgressCallback.h"
 #include "host/nodes/GeometryLine.h"
+#include "host/nodes/KelmoMorphControl2.h"
 #include "host/nodes/KelmoSelMessage.h"
 #include "host/nodes/NodeJournal.h"
 #include "host/nodes/SurfaceDisplay.h"
@@ -95,6 +98,7 @@ bool MLNode::Init(const MObject& mesh, bool restored) {
             return false;
     }
     if (colorDelta()) colorDelta()->readInput(mesh);
+    NeedAnimControls();
     UpdateFalloffs();
     return true;
 }
@@ -109,9 +113,52 @@ MLColorDelta* MLNode::colorDelta() const {
     return static_cast<MLColorDelta*>(lcolorDelta());
 }
 
+bool MLNode::EvaluateFrame(float seconds, int levels) {
+    LMorphDelta* delta = GetDelta();
+    const bool plays = PlaysFrames(), played = std::exchange(framePlayed_, plays);
+    // When nothing plays any more, the last frame goes.
+    if (!delta || (!plays && !played)) return false;
+    if (levels < 0 || levels >= delta->GetOrigMesh()->GetNumSubivLevels()) levels = INT_MAX;
+    const int ticks = FrameTicks(seconds);
+    const bool valid = delta->valid0() <= delta->valid1();
+    if (valid && ticks == ltime() && levels <= frameLevels_) return false;
+    frameLevels_ = levels;
+    frameUntold_ = true;
+    if (IsSculpting()) TellFrame();
+    return SetTime(ticks, levels == INT_MAX ? -1 : levels);
+}
+
+/// A frame is what time has passed; one that a key was made at is the key's, which was taken up to
+/// the next tick.
+int MLNode::FrameTicks(float seconds) const {
+    const LControlCollection* tracks = GetAnimControls();
+    for (int i = 0; tracks && i < tracks->NumMorphCtrls(); ++i)
+        if (tracks->GetMorphCtrl(i)->GetKeyByTime(TicksUp(seconds), 0)) return TicksUp(seconds);
+    return TicksCut(seconds);
+}
+
+/// No journal can play what a session goes on from, when that was a frame.
+void MLNode::TellFrame() {
+    if (std::exchange(frameUntold_, false)) SurfaceReplaced();
+}
+
+void MLNode::TracksChanged() {
+    SurfaceReplaced();
+    plug(&NodeAttributes::m_moCommnad).setValue(243);
+    plug(&NodeAttributes::m_moExecute).setValue(1);
+}
+
+std::unique_ptr<LControlCollection> MLNode::MakeAnimControls() {
+    return std::make_unique<KelmoControlCollection>(*this);
+}
+
 void MLNode::RaiseLevels() {
     const LSubdivMesh* delta = GetDeltaMesh();
     if (!delta || !lobject()) return;
+    if (framePlayed_ && frameLevels_ != INT_MAX) {
+        frameLevels_ = INT_MAX;
+        SetTime(ltime(), -1);
+    }
     if (lobject()->GetOrigGeom()->GetNumSubivLevels() == delta->GetNumSubivLevels()) return;
     lobject()->Update(nullptr, delta, -1);
     lobject()->SetActiveSubdivLevel(delta->GetActiveLevel());
@@ -138,6 +185,7 @@ bool MLNode::InitSculpt() {
     const bool was = IsSculpting();
     if (!LNode::InitSculpt()) return false;
     if (!was) UpdateMaterials();
+    TellFrame();
     if (!was) KelmoSelMessage::RegisterCallbacks();
     KelmoSelMessage::Update();
     ShowSurface(*this);

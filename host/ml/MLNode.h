@@ -66,8 +66,8 @@ class MLNode : public LNode {
     using LNode::Init;
     bool CreateColorDelta() override;
     MLColorDelta* colorDelta() const;
-    /// Gives the geometry all the levels that the delta has: a frame may leave it with fewer, as
-    /// the next one will again.
+    /// Gives the geometry and the frame all the levels that the delta has: what shows fewer leaves
+    /// them with fewer.
     void RaiseLevels();
 
     // The stroke, as the host's numbers. Positions and directions in object space.
@@ -83,6 +83,7 @@ class MLNode : public LNode {
     void UpdateComponentSelection();
     bool InitSculpt() override;
     std::unique_ptr<LDisplayCache> MakeDisplayCache() override;
+    std::unique_ptr<LControlCollection> MakeAnimControls() override;
     void FinishSculpt(bool keep) override;
     /// The first surface point along a ray. `normal` is the surface's there. False in no session.
     bool IntersectRay(const MPoint& origin, const MVector& dir, MPoint& point, MVector& normal);
@@ -232,10 +233,11 @@ class MLNode : public LNode {
     bool getForceRenderTopLevel() const { return Bool(&NodeAttributes::m_moForceRenderTopLevel); }
 
     /// Sums the frame of a time for so many levels (-1: all) where something plays; else the delta
-    /// stays what was sculpted.
-    void EvaluateFrame(int ticks, int levels) {
-        if (!frameTerms().empty()) SetTime(ticks, levels);
-    }
+    /// stays what was sculpted, as it does when neither the time nor what plays has changed since
+    /// the last frame. True when the frame was summed.
+    bool EvaluateFrame(float seconds, int levels);
+    /// Somebody edited the keys: what shows the node is stale.
+    void TracksChanged();
 
     /// The stylus's, where it counts, 0 to 1; 1 without one.
     float penPressure() const;
@@ -281,8 +283,15 @@ class MLNode : public LNode {
     bool HoldsPaint() const;
     std::unique_ptr<MLMaterialSet> createMtlSet();
     void AimMask();
+    int FrameTicks(float seconds) const;
+    void TellFrame();
 
     bool patternsLoded_ = false;
+    /// The delta is a frame; so many levels of it are (INT_MAX: all).
+    bool framePlayed_ = false;
+    int frameLevels_ = 0;
+    /// Frames that no journal knows of were summed since the last session.
+    bool frameUntold_ = false;
     MMatrix objToWorld_, worldToObj_;
     /// The mesh had other polygons when its materials were asked for.
     bool materialsDue_ = false;

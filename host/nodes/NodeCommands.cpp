@@ -21,9 +21,9 @@ const std::map<int, NodeCommands::Command>& AllCommands() {
     static const std::map<int, NodeCommands::Command> all = [] {
         std::map<int, NodeCommands::Command> made;
         for (const auto rows :
-             {NodeCommands::SessionRows(), NodeCommands::TargetRows(), NodeCommands::StateRows(),
-              NodeCommands::LevelRows(), NodeCommands::NeutralRows(), NodeCommands::PaintRows(),
-              NodeCommands::MaterialRows(), NodeCommands::PatternRows()})
+             {NodeCommands::SessionRows(), NodeCommands::TargetRows(), NodeCommands::TrackRows(),
+              NodeCommands::StateRows(), NodeCommands::LevelRows(), NodeCommands::NeutralRows(),
+              NodeCommands::PaintRows(), NodeCommands::MaterialRows(), NodeCommands::PatternRows()})
             for (const NodeCommands::Row& row : rows) made.emplace(row.number, row.command);
         return made;
     }();
@@ -37,12 +37,12 @@ int NumberFor(NodeClass which, int number) {
 
 /// A journal has what this does to the shape and to what is stored, or it does nothing to them.
 bool IsTold(int number) {
-    static const std::set<int> told{0,   1,   4,   5,   6,   7,   18,  19,  20,  21,  24,  28,  30,
-                                    32,  77,  78,  79,  80,  81,  82,  83,  84,  85,  86,  87,  88,
-                                    89,  90,  91,  92,  93,  94,  95,  96,  97,  98,  105, 106, 107,
-                                    108, 109, 110, 111, 112, 113, 114, 115, 116, 117, 118, 119, 120,
-                                    121, 122, 123, 132, 134, 174, 182, 183, 188, 193, 194, 211, 212,
-                                    213, 215, 237, 238, 239, 240, 241, 242, 243, 244};
+    static const std::set<int> told{
+        0,   1,   4,   5,   6,   7,   18,  19,  20,  21,  24,  25,  27,  28,  30,  32,  35,
+        36,  37,  42,  44,  77,  78,  79,  80,  81,  82,  83,  84,  85,  86,  87,  88,  89,
+        90,  91,  92,  93,  94,  95,  96,  97,  98,  105, 106, 107, 108, 109, 110, 111, 112,
+        113, 114, 115, 116, 117, 118, 119, 120, 121, 122, 123, 132, 134, 174, 182, 183, 188,
+        193, 194, 211, 212, 213, 215, 237, 238, 239, 240, 241, 242, 243, 244};
     return told.contains(number);
 }
 

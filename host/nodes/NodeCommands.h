@@ -3,6 +3,7 @@
 #include <maya/MPlug.h>
 #include <maya/MPlugArray.h>
 #include <maya/MString.h>
+#include <maya/MTime.h>
 
 #include <span>
 
@@ -10,6 +11,8 @@
 
 namespace VantrelSDK {
 
+class LControlCollection;
+class LMorphControl2;
 class LMorphTarget;
 class MLNode;
 class MLPattern;
@@ -34,6 +37,7 @@ class NodeCommands {
 
     static std::span<const Row> SessionRows();
     static std::span<const Row> TargetRows();
+    static std::span<const Row> TrackRows();
     static std::span<const Row> StateRows();
     static std::span<const Row> LevelRows();
     static std::span<const Row> NeutralRows();
@@ -92,6 +96,32 @@ class NodeCommands {
     void IsTargetZero();
     void ClearTarget();
     void AddProxies();
+
+    // Tracks.
+    LControlCollection* Tracks();
+    LMorphControl2* Track();
+    LMorphControl2* TrackInUse();
+    void AddKey(int target, bool phonemesOnly);
+    void ShowNewKey(const MTime& time, int target);
+    bool HasPhonemeTrack();
+    int NewTrack(int type);
+    void KeyTarget();
+    void KeyNeutral();
+    void JointsOn();
+    void SetJointsOn();
+    void IsPhonemeTrack();
+    void TrackCount();
+    void TrackName();
+    void TrackType();
+    void RenameTrack();
+    void AddTrack();
+    void DeleteTrack();
+    void ActivateTrack();
+    void ActiveTrack();
+    void EnableTrack();
+    void IsTrackOn();
+    void HideKeys();
+    void ShowKeys();
 
     // State.
     void PreSave();

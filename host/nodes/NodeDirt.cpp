@@ -14,6 +14,7 @@
 #include "host/ml/MLNode.h"
 #include "host/ml/StageTimes.h"
 #include "host/nodes/Finders.h"
+#include "host/nodes/KelmoMorphControl2.h"
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/NodeEvaluation.h"
 #include "host/nodes/NodeJournal.h"
@@ -153,6 +154,15 @@ void NodeEvaluation::Step() {
     }
 }
 
+/// The track whose curve feeds a plug; null for another plug.
+KelmoMorphControl2* NodeEvaluation::TrackOf(const MPlug& plug) const {
+    if (!plug.isElement() || BaseName(plug) != "st") return nullptr;
+    LControlCollection* tracks = node_.GetAnimControls();
+    LMorphControl2* track =
+        tracks ? tracks->GetMorphCtrl(static_cast<int>(plug.logicalIndex())) : nullptr;
+    return static_cast<KelmoMorphControl2*>(track);
+}
+
 void NodeEvaluation::ConnectionMade(const MPlug& plug, const MPlug& other, bool asSrc) {
     if (asSrc) {
         if (BaseName(plug) == "dcb") SurfaceConnected(node_, other.node());
@@ -166,6 +176,8 @@ void NodeEvaluation::ConnectionMade(const MPlug& plug, const MPlug& other, bool 
         } catch (const std::exception&) {
             Log("!!! exception in InitTransform !!!");
         }
+    } else if (KelmoMorphControl2* track = TrackOf(plug)) {
+        track->RegisterKeysCallback(plug);
     }
 }
 
@@ -186,6 +198,8 @@ void NodeEvaluation::ConnectionBroken(const MPlug& plug, const MPlug& other, boo
         node_.displyDirtied = true;
         PassSurface();
         UseStencil();
+    } else if (KelmoMorphControl2* track = TrackOf(plug)) {
+        track->UnRegisterKeysCallback();
     } else if (name == "it") {
         MGlobal::executeCommand("setToolTo selectSuperContext");
     }

@@ -18,8 +18,6 @@ namespace VantrelSDK {
 
 namespace {
 
-constexpr double kTicksPerSecond = 4000;
-
 /// A frame is being rendered, or there is nobody to look at anything else.
 bool IsRendering() {
     return KelmoRenderMessage::isRendering || MGlobal::mayaState() == MGlobal::kBatch;
@@ -124,10 +122,9 @@ bool NodeEvaluation::TakeInput(const MObject& input, Output output, int level) {
 }
 
 void NodeEvaluation::TakeTime(const MTime& time, int level) {
-    if (time == node_.lastEvalTime) return;
-    const LSubdivMesh* delta = node_.GetDeltaMesh();
-    const int levels = level == -1 && delta ? delta->GetNumSubivLevels() : level + 1;
-    node_.EvaluateFrame(static_cast<int>(time.as(MTime::kSeconds) * kTicksPerSecond), levels);
+    const bool evaluated = node_.EvaluateFrame(static_cast<float>(time.as(MTime::kSeconds)),
+                                               level == -1 ? -1 : level + 1);
+    if (!evaluated && time == node_.lastEvalTime) return;
     node_.lastEvalTime = time;
     node_.displayGeomChanged = true;
 }

@@ -9,6 +9,7 @@
 
 namespace VantrelSDK {
 
+class KelmoMorphControl2;
 class MLNode;
 
 /// What a node answers the host: its surface for a time, and what it does when a plug is written or
@@ -46,6 +47,7 @@ class NodeEvaluation {
     void ShowColors();
     void RefreshPatterns();
     void UseStencil();
+    KelmoMorphControl2* TrackOf(const MPlug& plug) const;
 
     MLNode& node_;
 };

@@ -14,6 +14,7 @@
 #include "host/nodes/NodeCommands.h"
 #include "host/nodes/SurfaceDisplay.h"
 #include "host/nodes/ToolArrays.h"
+#include "host/nodes/TrackCurves.h"
 
 namespace VantrelSDK {
 
@@ -24,6 +25,8 @@ using N = NodeAttributes;
 /// Versions of nodes whose state has to be brought up.
 constexpr int kObjectSpaceFrom = 5072, kObjectSpaceTo = 5081, kNoLimitTo = 6043,
               kNoProxiesTo = 6041;
+/// Blocks up to this version come from scenes whose curves show no keys.
+constexpr int kShowsKeysTo = 3;
 
 void Tell(const MString& text) {
     MGlobal::displayError(text);
@@ -114,6 +117,8 @@ void NodeCommands::Restore() {
     if (data->EndRead() != 0) Tell("Kelmo: failed to finish reading of blinddata");
     data->Clear();
     node_.postload = true;
+    if (data->GetReadVersion() <= kShowsKeysTo) ShowKeys();
+    RegisterTracks(node_);
     BringUp(node_, version, true);
     MPlug lead = node_.plug(&N::m_moLead);
     if (lead.isDestination()) {
@@ -146,6 +151,9 @@ void NodeCommands::ImportRecord() {
     if (data.BeginRead(digits) != 0 || node_.ReadFrom(&data) != 0 || data.EndRead() != 0)
         Tell("Vantrel: failed to read from file " + path);
     node_.postload = true;
+    HideKeys();
+    ShowKeys();
+    RegisterTracks(node_);
     BringUp(node_, version, false);
     OutputChanged();
 }

@@ -1,5 +1,6 @@
 #include <maya/MGlobal.h>
 
+#include "core/anim/LControlCollection.h"
 #include "host/ml/MLMorphTarget.h"
 #include "host/ml/MLNode.h"
 #include "host/nodes/NodeCommands.h"
@@ -76,7 +77,14 @@ void NodeCommands::AddTarget() {
 }
 
 void NodeCommands::DeleteTarget() {
-    if (Target()) node_.DelMorph(Index());
+    const int index = Index();
+    if (!Target() || !node_.DelMorph(index)) return;
+    LControlCollection* tracks = node_.GetAnimControls();
+    if (!tracks || !tracks->HasKeys()) return;
+    tracks->TargetDeleted(index);
+    HideKeys();
+    ShowKeys();
+    OutputChanged();
 }
 
 void NodeCommands::IsTargetZero() {
@@ -89,6 +97,7 @@ void NodeCommands::ClearTarget() {
     if (!target) return;
     if (target->HasXYZ()) target->ClearGeom();
     if (target->HasRGBA()) target->ClearColor();
+    node_.Invalidate();
     OutputChanged();
 }
 

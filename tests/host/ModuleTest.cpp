@@ -41,9 +41,10 @@ class ModuleTest : public testing::Test {
 };
 
 const std::vector<std::string> kCommands = {
-    "KelmoNew",    "KelmoVersion", "Kelmo",       "KelmoTime",    "KelmoSetVer",   "KelmoDiag",
-    "KelmoSculpt", "KelmoSel",     "KelmoPick",   "KelmoNeutral", "KelmoTarget",   "KelmoMasks",
-    "KelmoStroke", "KelmoSubdivs", "KelmoRender", "KelmoJournal", "KelmoPatterns", "KelmoTimes"};
+    "KelmoNew",    "KelmoVersion", "Kelmo",         "KelmoTime",   "KelmoSetVer",
+    "KelmoDiag",   "KelmoSculpt",  "KelmoSel",      "KelmoPick",   "KelmoNeutral",
+    "KelmoTarget", "KelmoTracks",  "KelmoMasks",    "KelmoStroke", "KelmoSubdivs",
+    "KelmoRender", "KelmoJournal", "KelmoPatterns", "KelmoTimes"};
 
 std::vector<unsigned> Numbers(const std::vector<MTypeId>& ids) {
     std::vector<unsigned> numbers;
