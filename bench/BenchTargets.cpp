@@ -6,6 +6,7 @@
 #include <random>
 
 #include "bench/BenchScene.h"
+#include "core/anim/LControlCollection.h"
 #include "core/morph/LMorphTarget.h"
 #include "tests/shapes/Generators.h"
 
@@ -106,6 +107,30 @@ void BM_Frame(benchmark::State& state) {
     state.counters["vertices"] = surface.GetNumVerts();
 }
 BENCHMARK(BM_Frame)->Arg(10)->Arg(100)->Unit(benchmark::kMicrosecond);
+
+/// A frame between two keys of a track, four targets deep, at another time in each. Arguments:
+/// vertices of level 0, percent of them that each target moves.
+void BM_TrackFrame(benchmark::State& state) {
+    const auto node =
+        NodeWithTargets(static_cast<int>(state.range(0)), 0, 4, state.range(1) / 100.0);
+    LControlCollection& tracks = node->NeedAnimControls();
+    LMorphControl2& track = *tracks.GetMorphCtrl(tracks.AddMorphCtrl(tracks.createNewControl()));
+    track.SetType(LMorphControl2::kPhoneme);
+    for (int k = 0; k < 200; ++k)
+        track.AddKey({.id = node->GetNumStdMorphs() + k % 4, .time = 1000 * k});
+    int time = 0;
+    for (auto _ : state) {
+        time = (time + 1667) % 199'000;
+        node->SetTime(time, -1);
+        benchmark::DoNotOptimize(node->GetDeltaMesh()->GetAllVertsPtr());
+    }
+    state.counters["frames"] = benchmark::Counter(1, benchmark::Counter::kIsIterationInvariantRate);
+}
+BENCHMARK(BM_TrackFrame)
+    ->Args({26'000, 10})
+    ->Args({26'000, 100})
+    ->Args({260'000, 10})
+    ->Unit(benchmark::kMicrosecond);
 
 /// 50 targets at level 2 to object space and back. Arguments: quads of level 0, percent of the
 /// vertices that each target moves, whether each has a skin of its own.

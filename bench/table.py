@@ -345,6 +345,17 @@ def targets(runs):
             "BM_SumTargets",
             table(["vertices", "moved by each", "µs", "frames a second"], rows),
         )
+    rows = [
+        [f"{verts:,}", f"{percent} %", number(runs.median("BM_TrackFrame", (verts, percent), "real_time")),
+         number(runs.median("BM_TrackFrame", (verts, percent), "frames"))]
+        for verts, percent in runs.arguments("BM_TrackFrame")
+    ]
+    if rows:
+        yield section(
+            "A frame between the keys of a track, summed at level 0 on one core",
+            "BM_TrackFrame",
+            table(["vertices", "moved by each target", "µs", "frames a second"], rows),
+        )
     rows = []
     for (percent,) in runs.arguments("BM_Frame"):
         stages = [runs.median("BM_Frame", (percent,), stage) for stage in ("sum", "frames", "add")]
