@@ -144,7 +144,8 @@ void MLNode::TellFrame() {
 
 void MLNode::TracksChanged() {
     SurfaceReplaced();
-    plug(&NodeAttributes::m_moCommnad).setValue(243);
+    // Evaluate again; the older node counts otherwise.
+    plug(&NodeAttributes::m_moCommnad).setValue(nodeClass() == NodeClass::kNode ? 240 : 243);
     plug(&NodeAttributes::m_moExecute).setValue(1);
 }
 
