@@ -17,6 +17,7 @@
 #include "host/gl/KelmoSurfaceShape.h"
 #include "host/gl/KelmoSurfaceShapeUI.h"
 #include "host/gl/MLDisplayCache.h"
+#include "host/gl/UnusedNames.h"
 #include "host/ml/Diagnostics.h"
 #include "host/nodes/KelmoBlindData.h"
 #include "host/nodes/KelmoIOCallbacks.h"
@@ -212,8 +213,8 @@ MStatus uninitializePlugin(MObject module) {
     KelmoRenderMessage::DeregisterRenderCallbacks();
     KelmoMtlMessage::DeregisterCallbacks();
     if (M3dView::numberOf3dViews() > 0) M3dView::active3dView().beginGL();
+    FreeUnusedNames();
     MLDisplayCache::FreeGLSL();
-    FreeDrawLists();
     CloseDiagFile();
     Tablet_Unload();
     KelmoToolLocator::release();

@@ -4,21 +4,13 @@
 #include <maya/MGlobal.h>
 
 #include <utility>
-#include <vector>
+
+#include "host/gl/UnusedNames.h"
 
 namespace VantrelSDK {
 
-namespace {
-
-std::vector<unsigned>& Unused() {
-    static std::vector<unsigned> names;
-    return names;
-}
-
-}  // namespace
-
 DrawList::~DrawList() {
-    if (name_) Unused().push_back(name_);
+    LetGoOfList(name_);
 }
 
 DrawList::DrawList(DrawList&& other) noexcept
@@ -47,11 +39,6 @@ void DrawList::End() {
 
 void DrawList::Call() const {
     if (name_) glCallList(name_);
-}
-
-void FreeDrawLists() {
-    for (const unsigned name : Unused()) glDeleteLists(name, 1);
-    Unused().clear();
 }
 
 }  // namespace VantrelSDK

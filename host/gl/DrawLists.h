@@ -3,7 +3,7 @@
 namespace VantrelSDK {
 
 /// What OpenGL keeps compiled. May be let go of at any time, also without a context: what it
-/// holds is freed by FreeDrawLists.
+/// holds is freed by FreeUnusedNames.
 class DrawList {
   public:
     DrawList() = default;
@@ -25,8 +25,5 @@ class DrawList {
     unsigned name_ = 0;
     bool valid_ = false;
 };
-
-/// Frees what was let go of; with a current context.
-void FreeDrawLists();
 
 }  // namespace VantrelSDK

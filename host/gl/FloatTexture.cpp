@@ -1,20 +1,11 @@
 #include "host/gl/FloatTexture.h"
 
 #include <utility>
-#include <vector>
 
 #include "host/gl/GLFunctions.h"
+#include "host/gl/UnusedNames.h"
 
 namespace VantrelSDK {
-
-namespace {
-
-std::vector<unsigned>& Unused() {
-    static std::vector<unsigned> names;
-    return names;
-}
-
-}  // namespace
 
 FloatTexture::FloatTexture(FloatTexture&& other) noexcept : name_(std::exchange(other.name_, 0)) {}
 
@@ -24,7 +15,7 @@ FloatTexture& FloatTexture::operator=(FloatTexture&& other) noexcept {
 }
 
 void FloatTexture::Release() {
-    if (name_) Unused().push_back(std::exchange(name_, 0));
+    LetGoOfTexture(std::exchange(name_, 0));
 }
 
 bool FloatTexture::Upload(int side, int channels, const float* texels) {
@@ -54,11 +45,6 @@ void FloatTexture::Activate(int unit, bool repeat) const {
     glMatrixMode(GL_TEXTURE);
     glLoadIdentity();
     glMatrixMode(GL_MODELVIEW);
-}
-
-void FreeFloatTextures() {
-    if (!Unused().empty()) glDeleteTextures(static_cast<GLsizei>(Unused().size()), Unused().data());
-    Unused().clear();
 }
 
 }  // namespace VantrelSDK

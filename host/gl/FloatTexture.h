@@ -3,7 +3,7 @@
 namespace VantrelSDK {
 
 /// A texture made of floats, looked up without interpolation. May be let go of at any time, also
-/// without a context: what it holds is freed by FreeFloatTextures.
+/// without a context: what it holds is freed by FreeUnusedNames.
 class FloatTexture {
   public:
     FloatTexture() = default;
@@ -28,8 +28,5 @@ class FloatTexture {
   private:
     unsigned name_ = 0;
 };
-
-/// Frees what was let go of; with a current context.
-void FreeFloatTextures();
 
 }  // namespace VantrelSDK

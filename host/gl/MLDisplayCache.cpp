@@ -157,11 +157,8 @@ size_t MLDisplayCache::SelectionMark() const {
 }
 
 void MLDisplayCache::Refresh() {
-    FreeDrawLists();
     FreeUnusedNames();
-    MLScreenCache::FreeFrames();
     PrepareMaps();
-    FreeFloatTextures();
     Compiled wanted{settings_.ShowsColor(), settings_.ShowsStencil(), settings_.shaders && GLUse()};
     wanted.uvs = PatternUVs();
     wanted.wrap = wanted.uvs && settings_.wrapUVs;

@@ -3,22 +3,13 @@
 #include <maya/MGlobal.h>
 
 #include <utility>
-#include <vector>
 
 #include "host/gl/GLFunctions.h"
+#include "host/gl/UnusedNames.h"
 
 namespace VantrelSDK {
 
 namespace {
-
-struct Frame {
-    unsigned frame, color, depth;
-};
-
-std::vector<Frame>& Unused() {
-    static std::vector<Frame> frames;
-    return frames;
-}
 
 void Copy(GLuint from, GLuint to, const ScreenRect& rect) {
     glBindFramebufferEXT(GL_READ_FRAMEBUFFER_EXT, from);
@@ -57,7 +48,12 @@ class BoundFrame {
 }  // namespace
 
 MLScreenCache::~MLScreenCache() {
-    if (frame_) Unused().push_back({frame_, color_, depth_});
+    LetGo();
+}
+
+void MLScreenCache::LetGo() {
+    LetGoOfFrame(frame_, color_);
+    LetGoOfRenderBuffer(depth_);
 }
 
 MLScreenCache& MLScreenCache::operator=(MLScreenCache&& other) noexcept {
@@ -71,16 +67,6 @@ MLScreenCache& MLScreenCache::operator=(MLScreenCache&& other) noexcept {
     std::swap(color_, other.color_);
     std::swap(depth_, other.depth_);
     return *this;
-}
-
-void MLScreenCache::FreeFrames() {
-    if (GLUse())
-        for (Frame& f : Unused()) {
-            glDeleteFramebuffersEXT(1, &f.frame);
-            glDeleteRenderbuffersEXT(1, &f.color);
-            glDeleteRenderbuffersEXT(1, &f.depth);
-        }
-    Unused().clear();
 }
 
 bool MLScreenCache::IsThisCam(const M3dView& view) const {
@@ -98,8 +84,8 @@ bool MLScreenCache::Shows(const M3dView& view, const MMatrix& toClip) const {
 
 bool MLScreenCache::Resize(int width, int height) {
     if (frame_ && width == width_ && height == height_) return true;
-    if (frame_) Unused().push_back({frame_, color_, depth_});
-    FreeFrames();
+    LetGo();
+    FreeUnusedNames();
     width_ = width;
     height_ = height;
     glGenFramebuffersEXT(1, &frame_);

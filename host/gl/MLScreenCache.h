@@ -35,12 +35,10 @@ class MLScreenCache {
     /// another, which is told, or the driver refuses.
     bool Compose(const M3dView& view, const ScreenRect& drawn, unsigned step);
 
-    /// Lets go of what pictures that are gone were kept in.
-    static void FreeFrames();
-
   private:
     bool Fits(const M3dView& view) const;
     bool Resize(int width, int height);
+    void LetGo();
 
     MDagPath camPath;
     bool valid_ = false;

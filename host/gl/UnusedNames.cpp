@@ -9,7 +9,7 @@ namespace VantrelSDK {
 namespace {
 
 struct Names {
-    std::vector<unsigned> textures, frames, buffers;
+    std::vector<unsigned> textures, frames, buffers, lists;
 };
 
 Names& Unused() {
@@ -25,14 +25,22 @@ void LetGoOfTexture(unsigned name) {
 
 void LetGoOfFrame(unsigned frame, unsigned renderBuffer) {
     if (frame) Unused().frames.push_back(frame);
-    if (renderBuffer) Unused().buffers.push_back(renderBuffer);
+    LetGoOfRenderBuffer(renderBuffer);
+}
+
+void LetGoOfRenderBuffer(unsigned name) {
+    if (name) Unused().buffers.push_back(name);
+}
+
+void LetGoOfList(unsigned name) {
+    if (name) Unused().lists.push_back(name);
 }
 
 void FreeUnusedNames() {
     Names& names = Unused();
-    // Without functions the context is gone, and all names with it.
+    for (const unsigned name : names.lists) glDeleteLists(name, 1);
+    for (const unsigned name : names.textures) glDeleteTextures(1, &name);
     if (GLUse()) {
-        for (const unsigned name : names.textures) glDeleteTextures(1, &name);
         for (const unsigned name : names.frames) glDeleteFramebuffersEXT(1, &name);
         for (const unsigned name : names.buffers) glDeleteRenderbuffersEXT(1, &name);
     }

@@ -6,6 +6,8 @@ namespace VantrelSDK {
 /// Freed with one, by FreeUnusedNames. 0 is none.
 void LetGoOfTexture(unsigned name);
 void LetGoOfFrame(unsigned frame, unsigned renderBuffer);
+void LetGoOfRenderBuffer(unsigned name);
+void LetGoOfList(unsigned name);
 void FreeUnusedNames();
 
 }  // namespace VantrelSDK
