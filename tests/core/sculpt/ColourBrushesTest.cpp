@@ -307,6 +307,8 @@ RC_GTEST_PROP(ColourBrushes, UndoGivesBackWhatWasBeforeEachStrokeAndEdit, ()) {
     };
     const auto now = [&] { return State{Paints(*node), Stencils(*node), Deltas(*node)}; };
     std::vector<State> before;
+    // Colours are evaluated from when they are first affected or shown.
+    node->ldisplayCache()->SetUseColor(true);
     for (int i = *rc::gen::inRange(1, 10); i > 0; --i) {
         SetAffected(*node, *rc::gen::inRange(1, 8));
         const State was = now();
