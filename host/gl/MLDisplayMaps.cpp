@@ -6,6 +6,7 @@
 #include "host/gl/GLFunctions.h"
 #include "host/gl/MLDisplayCache.h"
 #include "host/gl/MLTexture.h"
+#include "host/ml/MLPattern.h"
 
 // What of a surface shows the maps of its materials.
 
@@ -24,8 +25,12 @@ void MLDisplayCache::PrepareMaps() {
     const LMaterialSet* set = owner_ ? owner_->GetMtlSet() : nullptr;
     const LMeshObject* object = owner_ ? owner_->lobject() : nullptr;
     const int count = set && object && GLUse() ? static_cast<int>(set->GetNumMaterials()) : 0;
+    PatternOverlay over;
+    if (settings_.pattern && count > 0)
+        over = {static_cast<MLPattern*>(owner_->GetActivePattern()), settings_.patternRevision,
+                settings_.patternOpacity};
     bool all = true;
-    for (int m = 0; m < count; ++m) all &= MapOf(m)->CreateGlMaps(owner_);
+    for (int m = 0; m < count; ++m) all &= MapOf(m)->CreateGlMaps(owner_, over);
     std::vector<int> uvs(static_cast<size_t>(all ? count : 0), -1), shaders;
     GLint most = 8;
     if (!uvs.empty()) glGetIntegerv(GL_MAX_TEXTURE_COORDS, &most);

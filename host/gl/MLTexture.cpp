@@ -11,6 +11,7 @@
 #include "core/sculpt/LNode.h"
 #include "host/gl/GLFunctions.h"
 #include "host/gl/UnusedNames.h"
+#include "host/ml/MLPattern.h"
 
 namespace VantrelSDK {
 
@@ -120,14 +121,15 @@ bool MLTexture::MakeNames() {
     return id != 0;
 }
 
-bool MLTexture::CreateGlMaps(const LNode* node) {
+bool MLTexture::CreateGlMaps(const LNode* node, const PatternOverlay& over) {
     if (!id && !MakeNames()) return false;
     const bool stenciled = node && (node->getAffectTexStencil(true) ||
                                     (node->getAffectTexture(true) && node->getUseStencil()));
     if (dirty) UpdateGlMap();
     if (stenciled && (stencilDirty || !sid)) UpdateGlStencil();
-    if (composed_ && stenciled == stenciled_) return true;
+    if (composed_ && stenciled == stenciled_ && over == over_) return true;
     stenciled_ = stenciled;
+    over_ = over;
     composed_ = UpdateDisplayMap();
     return true;
 }
@@ -150,11 +152,15 @@ bool MLTexture::UpdateDisplayMap() {
     glClear(GL_COLOR_BUFFER_BIT);
     glColor4f(1, 1, 1, 1);
     DrawWhole(id);
-    if (stenciled_) {
-        glEnable(GL_BLEND);
-        glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-        DrawWhole(sid);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    if (over_.pattern && over_.pattern->HasTex()) {
+        over_.pattern->ActivateTex(0);
+        glColor4f(1, 1, 1, over_.opacity);
+        DrawWhole();
+        glColor4f(1, 1, 1, 1);
     }
+    if (stenciled_) DrawWhole(sid);
     fbo2->ResetCurrent();
     return true;
 }

@@ -13,10 +13,20 @@
 namespace VantrelSDK {
 
 class LNode;
+class MLPattern;
+
+/// The pattern that lies over maps, in the state that it is in; null for none.
+struct PatternOverlay {
+    MLPattern* pattern = nullptr;
+    unsigned revision = 0;
+    float opacity = 0;
+
+    bool operator==(const PatternOverlay&) const = default;
+};
 
 /// A map whose image comes from the host and which OpenGL shows: beside the image and its stencil
-/// there is the display map, composed of both. What could not be had leaves it without an image,
-/// and is told.
+/// there is the display map, composed of both and of the pattern that lies over them. What could
+/// not be had leaves it without an image, and is told.
 class MLTexture : public LTexture {
   public:
     /// From a file; from the node of a file texture.
@@ -37,7 +47,7 @@ class MLTexture : public LTexture {
 
     /// Makes what OpenGL has of the map, or brings it up to date; nothing where it is. False where
     /// it can't be had, which is told once.
-    bool CreateGlMaps(const LNode* node);
+    bool CreateGlMaps(const LNode* node, const PatternOverlay& over = {});
     /// The last CreateGlMaps went well.
     bool HasGlMaps() const { return id != 0; }
     /// Binds what CreateGlMaps made to a unit, and undoes its matrix.
@@ -68,8 +78,9 @@ class MLTexture : public LTexture {
     std::unique_ptr<MLTextureFBO> fbo2;
     /// The driver has refused it.
     bool refused_ = false;
-    /// The display map shows the image as it is, with the stencil or without.
+    /// The display map shows the image as it is, with the stencil or without, under a pattern.
     bool composed_ = false, stenciled_ = false;
+    PatternOverlay over_;
 };
 
 }  // namespace VantrelSDK

@@ -43,6 +43,10 @@ bool MLTextureFBO::ReadTexture(uint8_t* bytes) const {
 
 void DrawWhole(unsigned texture) {
     glBindTexture(GL_TEXTURE_2D, texture);
+    DrawWhole();
+}
+
+void DrawWhole() {
     glBegin(GL_QUADS);
     for (const auto& [x, y] : {std::pair{0.f, 0.f}, {1.f, 0.f}, {1.f, 1.f}, {0.f, 1.f}}) {
         glTexCoord2f(x, y);

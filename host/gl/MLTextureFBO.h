@@ -22,6 +22,8 @@ class MLTextureFBO : public glslFBO {
 
 /// Draws a texture over all that is current, from -1 to 1, as it lies in a unit square.
 void DrawWhole(unsigned texture);
+/// The same with what is bound.
+void DrawWhole();
 /// Whether the driver takes a texture of four bytes a texel of this size.
 bool FitsOnCard(int width, int height);
 

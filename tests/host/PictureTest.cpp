@@ -155,6 +155,27 @@ TEST_F(PictureTest, WhatAStrokeChangesIsAllThatIsDrawnAnew) {
     }
 }
 
+TEST_F(PictureTest, APatternLiesOverTheMapsOfMaterials) {
+    Open();
+    ShadeHalves();
+    Must("setAttr k.displayMode 2; setAttr k.showTextures 1; setAttr k.uvsetpatternOpac 0.9");
+    const int pattern = Ask(78);
+    Must("setAttr k.param2 -type \"string\" \"" + std::string(paths::kSource) +
+         "/examples/patterns/checks.png\"");
+    Ask(80, pattern);
+    const Picture bare = Draw("persp", 320, 240, 0);
+    Ask(81, pattern);
+    EXPECT_EQ(Compare(Draw("persp", 320, 240, 0), bare, 0).pixels, 0) << "it is a stamp";
+    Must("setAttr k.patternMode 2");
+    const Picture checked = Draw("persp", 320, 240, 0);
+    EXPECT_GT(Compare(checked, bare, 8).pixels, 1000);
+    Must("setAttr k.uvsetpatternOpac 0.3");
+    const Picture faint = Draw("persp", 320, 240, 0);
+    EXPECT_LT(Compare(faint, bare, 0).mean, Compare(checked, bare, 0).mean / 2);
+    Must("setAttr k.uvsetpatternOpac 0");
+    EXPECT_EQ(Compare(Draw("persp", 320, 240, 0), bare, 0).pixels, 0);
+}
+
 TEST_F(PictureTest, AMaskIsShownAndKeepsBrushesOff) {
     Open();
     Must("select shown");
