@@ -91,6 +91,7 @@ int LThreadGroup::GetNumCPUs() {
 
 LThreadGroup::LThreadGroup(int workers) {
     const int count = workers > 0 ? workers : GetNumCPUs();
+    lanes_ = std::vector<Lane>(static_cast<size_t>(count));
     for (int k = 0; k < count; ++k) {
         threads_.push_back(std::make_unique<LThread>());
         helpers_.push_back({this, k});
@@ -107,8 +108,12 @@ bool LThreadGroup::Start(int index, LThread::Function fn, void* arg) {
     return threads_[index]->Execute(fn, arg);
 }
 
-void LThreadGroup::RunBatch() {
-    batch_.next = 0;
+void LThreadGroup::RunBatch(int count) {
+    for (int k = 0; k < GetNumWorkers(); ++k) {
+        const auto [first, last] = Slice(count, GetNumWorkers(), k);
+        lanes_[static_cast<size_t>(k)].next = first;
+        lanes_[static_cast<size_t>(k)].last = last;
+    }
     batch_.open = true;
     for (int k = 1; k < GetNumWorkers(); ++k)
         if (threads_[k]->IsIdle()) threads_[k]->Execute(&Help, &helpers_[k]);
@@ -119,11 +124,14 @@ void LThreadGroup::RunBatch() {
 }
 
 void LThreadGroup::TakePieces(int worker) {
-    for (;;) {
-        const int64_t first = batch_.next.fetch_add(batch_.piece);
-        if (first >= batch_.count) return;
-        const int64_t last = std::min<int64_t>(first + batch_.piece, batch_.count);
-        batch_.run(batch_.job, static_cast<int>(first), static_cast<int>(last), worker);
+    for (size_t k = 0; k < lanes_.size(); ++k) {
+        Lane& lane = lanes_[(static_cast<size_t>(worker) + k) % lanes_.size()];
+        for (;;) {
+            const int64_t first = lane.next.fetch_add(batch_.piece);
+            if (first >= lane.last) break;
+            const int64_t last = std::min<int64_t>(first + batch_.piece, lane.last);
+            batch_.run(batch_.job, static_cast<int>(first), static_cast<int>(last), worker);
+        }
     }
 }
 
