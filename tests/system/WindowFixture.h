@@ -214,7 +214,10 @@ class WindowFixture : public testing::Test {
         std::error_code gone;
         for (const auto& task :
              std::filesystem::directory_iterator("/proc/" + std::to_string(pid_) + "/task", gone)) {
-            const std::string text = Read(task.path() / "stat");
+            // A thread may end while it is read about; an iterator over the file would throw then.
+            std::string text;
+            std::ifstream file(task.path() / "stat");
+            std::getline(file, text);
             const size_t behind = text.rfind(')');
             if (behind == text.npos) continue;
             std::istringstream fields(text.substr(behind + 2));
