@@ -7,6 +7,8 @@
 
 #include "host/gl/GLFunctions.h"
 #include "host/gl/MLDisplayCache.h"
+#include "host/gl/MLTextureFBO.h"
+#include "host/gl/UnusedNames.h"
 
 namespace VantrelSDK {
 
@@ -72,10 +74,12 @@ bool MLDynMask::Follow(const MDrawRequest& request, M3dView& view, MLDisplayCach
     settings_ = settings;
     projection_ = projection;
     modelView_ = modelView;
+    putOff_ = false;
     if (moved && !first) {
         Dirty();
         // A picture is drawn once; in a window the next frame shows it.
-        if (view.widget()) return false;
+        putOff_ = view.widget();
+        if (putOff_) return false;
     }
     if (!rendered_) Render(request, view, cache, settings);
     return rendered_;
@@ -105,6 +109,7 @@ void MLDynMask::Render(const MDrawRequest& request, M3dView& view, MLDisplayCach
     picture.height = height;
     picture.runs = RunsOf(pixels);
     SetPicture(std::move(picture));
+    uploaded_ = false;
     rendered_ = true;
 }
 
@@ -118,9 +123,13 @@ std::vector<unsigned char> MLDynMask::ReadRed(int width, int height) const {
     return pixels;
 }
 
-void MLDynMask::Display() const {
+MLDynMask::~MLDynMask() {
+    LetGoOfTexture(texid);
+}
+
+/// To the bound texture.
+void MLDynMask::Upload() {
     const ScreenMask& mask = picture();
-    if (mask.NumPixels() == 0) return;
     std::vector<unsigned char> cover;
     cover.reserve(static_cast<size_t>(mask.NumPixels()));
     bool closed = false;
@@ -128,21 +137,27 @@ void MLDynMask::Display() const {
         cover.insert(cover.end(), static_cast<size_t>(run), closed ? 255 : 0);
         closed = !closed;
     }
-    glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    for (const GLenum off : {GL_LIGHTING, GL_CULL_FACE, GL_DEPTH_TEST}) glDisable(off);
-    glEnable(GL_BLEND);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    GLuint name = 0;
-    glGenTextures(1, &name);
-    glBindTexture(GL_TEXTURE_2D, name);
     for (const GLenum filter : {GL_TEXTURE_MIN_FILTER, GL_TEXTURE_MAG_FILTER})
         glTexParameteri(GL_TEXTURE_2D, filter, GL_NEAREST);
     for (const GLenum wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T})
         glTexParameteri(GL_TEXTURE_2D, wrap, GL_CLAMP_TO_EDGE);
+    glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA, mask.width - 1, mask.height - 1, 0, GL_ALPHA,
                  GL_UNSIGNED_BYTE, cover.data());
+    glPopClientAttrib();
+    uploaded_ = true;
+}
+
+void MLDynMask::Display() {
+    if (picture().NumPixels() == 0) return;
+    glPushAttrib(GL_ALL_ATTRIB_BITS);
+    for (const GLenum off : {GL_LIGHTING, GL_CULL_FACE, GL_DEPTH_TEST}) glDisable(off);
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    if (!texid) glGenTextures(1, &texid);
+    glBindTexture(GL_TEXTURE_2D, texid);
+    if (!uploaded_) Upload();
     glEnable(GL_TEXTURE_2D);
     glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
     glColor3f(1, 0, 0);
@@ -151,18 +166,11 @@ void MLDynMask::Display() const {
         glPushMatrix();
         glLoadIdentity();
     }
-    glBegin(GL_QUADS);
-    for (const auto& [x, y] : {std::pair{0.f, 0.f}, {1.f, 0.f}, {1.f, 1.f}, {0.f, 1.f}}) {
-        glTexCoord2f(x, y);
-        glVertex3f(2 * x - 1, 2 * y - 1, -1);
-    }
-    glEnd();
+    DrawWhole();
     for (const GLenum mode : {GL_TEXTURE, GL_PROJECTION, GL_MODELVIEW}) {
         glMatrixMode(mode);
         glPopMatrix();
     }
-    glDeleteTextures(1, &name);
-    glPopClientAttrib();
     glPopAttrib();
 }
 

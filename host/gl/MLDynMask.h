@@ -29,6 +29,8 @@ class MLMaskFBO : public glslFBO {
 /// stands still again, or when it is told to; until then brushes go by the former picture.
 class MLDynMask : public LDynMask {
   public:
+    ~MLDynMask() override;
+
     bool IsRendered() const { return rendered_; }
     /// What there is is no longer good.
     void Dirty() { rendered_ = false; }
@@ -39,9 +41,9 @@ class MLDynMask : public LDynMask {
     bool Follow(const MDrawRequest& request, M3dView& view, MLDisplayCache& cache,
                 const MaskSettings& settings);
     /// A frame has noted that the view moved; the next one renders.
-    bool IsPending() const { return !rendered_ && projection_ != MMatrix(); }
+    bool IsPending() const { return putOff_; }
     /// Covers closed pixels with red.
-    void Display() const;
+    void Display();
     /// Looks positions of an object up as a view sees them now.
     void Aim(const M3dView& view, const MMatrix& objToWorld);
 
@@ -55,8 +57,12 @@ class MLDynMask : public LDynMask {
     void Render(const MDrawRequest& request, M3dView& view, MLDisplayCache& cache,
                 const MaskSettings& settings);
     std::vector<unsigned char> ReadRed(int width, int height) const;
+    void Upload();
 
-    bool rendered_ = false;
+    bool rendered_ = false, putOff_ = false;
+    /// The picture as a texture; 0 before it is shown.
+    unsigned texid = 0;
+    bool uploaded_ = false;
     MMatrix projection_, modelView_;
     MaskSettings settings_;
 };
